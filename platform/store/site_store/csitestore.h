@@ -88,6 +88,9 @@ public:
     static CSiteStore *Current();
     // Replaces (and destroys) the current store; null just drops it.
     static void InstallCurrent(std::unique_ptr<CSiteStore> store);
+    // Increases whenever the current store is replaced, so holders of data
+    // read from it can tell that they must reload.
+    static quint64 CurrentGeneration();
 
     QString path() const; // empty for in-memory stores
     bool isFallback() const;
