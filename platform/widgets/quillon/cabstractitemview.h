@@ -1,0 +1,34 @@
+#pragma once
+
+#include "quillon/quillon_export.h"
+
+#include <QTreeView>
+
+namespace Quillon {
+
+class CScrollBarDelegate;
+
+// Flat list/table view on QTreeView: no root decoration or indentation, uniform
+// rows, the library's scroll bars, and column widths taken from the model's
+// horizontal header data in ColumnWidthRole.
+class QUILLON_EXPORT CAbstractItemView : public QTreeView
+{
+    Q_OBJECT
+public:
+    explicit CAbstractItemView(QWidget *parent = nullptr);
+    ~CAbstractItemView() override;
+
+    void setModel(QAbstractItemModel *model) override;
+
+    CScrollBarDelegate *GetScrollBarDelegate() const;
+
+    // Re-reads ColumnWidthRole for every column that has it.
+    void ApplyColumnWidthsFromModel();
+
+private:
+    void OnHeaderDataChanged(Qt::Orientation orientation, int first, int last);
+
+    CScrollBarDelegate *m_scrollBarDelegate = nullptr;
+};
+
+} // namespace Quillon
