@@ -3,6 +3,7 @@
 #include "ptz_devices/iptzdriver.h"
 #include "ptz_devices/ptz_devices_export.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
 #include <QPointer>
@@ -171,6 +172,9 @@ private:
     void applyZoom(int dir, int speed);
     void recordEvent(int kind, int a, int b, int c);
     void beginTarget(double pan, double tilt, double zoom, int speed);
+    bool isTargeting() const { return m_targetingPanTilt || m_targetingZoom; }
+    bool activityRunning() const;
+    void haltManualMotion();
     void interruptActivities(bool report);
     void stopPatternPlayback();
     void startPatrolNow(int number, int fromPoint);
@@ -180,10 +184,11 @@ private:
     void notifyStatus();
 
     void loadState();
-    void savePresets();
-    void savePatrols();
-    void savePatterns();
-    void saveSettings();
+    bool savePresets();
+    bool savePatrols();
+    bool savePatterns();
+    bool saveSettings();
+    void storeFailed(DriverReply &reply) const;
 
     QString m_cameraId;
     QString m_model;
@@ -195,6 +200,7 @@ private:
     // Request pipeline.
     std::deque<std::unique_ptr<Request>> m_queue;
     QTimer *m_processTimer = nullptr;
+    QElapsedTimer m_wall;        // latency is wall-clock time
     quint64 m_nextId = 1;
     int m_latency = 0;
     bool m_connected = true;
@@ -225,7 +231,8 @@ private:
     int m_autoScanSpeed = 0;
 
     // Positioning towards a target (preset call, patrol point, 3D positioning).
-    bool m_targeting = false;
+    bool m_targetingPanTilt = false;
+    bool m_targetingZoom = false;
     double m_targetPan = 0.0;
     double m_targetTilt = 0.0;
     double m_targetZoom = 1.0;
@@ -246,11 +253,14 @@ private:
     Pattern m_recordBuffer;
 
     int m_playing = 0;
-    qint64 m_playStart = 0;
+    qint64 m_playStart = -1;     // -1 while returning to the pattern's start
     int m_playNext = 0;          // next event index
 
     // Idle-time behaviour.
     ParkAction m_park;
+    double m_parkPan = 0.0;      // position kept for a preset park action with target 0
+    double m_parkTilt = 0.0;
+    double m_parkZoom = 1.0;
     PatrolRecovery m_recovery;
     qint64 m_lastControl = 0;
     bool m_parkDone = true;      // park fires once per idle period
