@@ -55,7 +55,7 @@ const char *const kSchema[] = {
     "CREATE TABLE IF NOT EXISTS recovery (camera_id TEXT PRIMARY KEY, enabled INTEGER NOT NULL,"
     " wait_seconds INTEGER NOT NULL)",
     "CREATE TABLE IF NOT EXISTS locks (camera_id TEXT PRIMARY KEY, holder TEXT NOT NULL,"
-    " holder_level INTEGER NOT NULL, expires_at INTEGER NOT NULL)",
+    " holder_level INTEGER NOT NULL, expires_at INTEGER NOT NULL, holder_detail TEXT NOT NULL)",
     "CREATE TABLE IF NOT EXISTS device_state (camera_id TEXT NOT NULL, key TEXT NOT NULL, json TEXT NOT NULL,"
     " PRIMARY KEY (camera_id, key))",
 };
@@ -860,7 +860,7 @@ bool CSiteStore::setRecovery(const RecoveryRecord &r)
 std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateTime &now) const
 {
     SITE_READ_BEGIN(std::nullopt);
-    if (!run(q, QStringLiteral("SELECT holder, holder_level, expires_at FROM locks WHERE camera_id = ?"), {cameraId},
+    if (!run(q, QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks WHERE camera_id = ?"), {cameraId},
              &error)) {
         d->lastError = error;
         return std::nullopt;
@@ -872,6 +872,7 @@ std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateT
     r.holder = q.value(0).toString();
     r.holderLevel = q.value(1).toInt();
     r.expiresAt = QDateTime::fromMSecsSinceEpoch(q.value(2).toLongLong(), Qt::UTC);
+    r.holderDetail = q.value(3).toString();
     if (r.expiresAt <= now)
         return std::nullopt;
     return r;
@@ -884,9 +885,9 @@ bool CSiteStore::setLock(const LockRecord &r)
         return false;
     }
     SITE_WRITE_BEGIN();
-    if (!run(q, QStringLiteral("INSERT OR REPLACE INTO locks (camera_id, holder, holder_level, expires_at)"
-                               " VALUES (?, ?, ?, ?)"),
-             {r.cameraId, r.holder, r.holderLevel, r.expiresAt.toMSecsSinceEpoch()}, &error))
+    if (!run(q, QStringLiteral("INSERT OR REPLACE INTO locks (camera_id, holder, holder_level, expires_at,"
+                               " holder_detail) VALUES (?, ?, ?, ?, ?)"),
+             {r.cameraId, r.holder, r.holderLevel, r.expiresAt.toMSecsSinceEpoch(), r.holderDetail}, &error))
         SITE_WRITE_FAIL();
     SITE_WRITE_END(Table::Locks, r.cameraId);
 }

@@ -2,8 +2,12 @@
 
 #include "zeph_plugin_manager/host_services_export.h"
 
+#include "ptz_devices/ptzdevicetypes.h"
+
 #include <QList>
+#include <QMetaObject>
 #include <QString>
+#include <QVector>
 
 #include <memory>
 #include <string>
@@ -35,6 +39,8 @@ public:
 
     explicit CCamera(Data data, ptz_devices::IPtzDriver *driver = nullptr);
     ~CCamera();
+    CCamera(const CCamera &) = delete;
+    CCamera &operator=(const CCamera &) = delete;
 
     const std::string &GetID() const { return m_data.id; }
     QString GetName() const { return m_data.name; }
@@ -52,14 +58,30 @@ public:
     ptz_devices::IPtzDriver *GetDriver() const { return m_driver; }
     QString DriverError() const { return m_driverError; }
 
-    // Used by the camera manager.
+    // The device's presets and patrols as its driver last reported them
+    // (list, set, read and remove answers); empty until the first list.
+    QVector<ptz_devices::DevicePreset> GetKnownDevicePresets() const { return m_devicePresets; }
+    QVector<ptz_devices::DevicePatrol> GetKnownDevicePatrols() const { return m_devicePatrols; }
+    bool HasKnownDevicePresets() const { return m_presetsKnown; }
+    bool HasKnownDevicePatrols() const { return m_patrolsKnown; }
+
+    // Used by the camera manager. The camera owns the driver.
     void SetDriver(ptz_devices::IPtzDriver *driver, const QString &error = QString());
     const Data &data() const { return m_data; }
+    // Hands the driver over without deleting it.
+    ptz_devices::IPtzDriver *TakeDriver();
+    // Feeds one driver answer into the known lists.
+    void NoteReply(const ptz_devices::DriverReply &reply);
 
 private:
     Data m_data;
     ptz_devices::IPtzDriver *m_driver = nullptr;
+    QMetaObject::Connection m_replyConnection;
     QString m_driverError;
+    QVector<ptz_devices::DevicePreset> m_devicePresets;
+    QVector<ptz_devices::DevicePatrol> m_devicePatrols;
+    bool m_presetsKnown = false;
+    bool m_patrolsKnown = false;
 };
 
 using CCameraPtr = std::shared_ptr<CCamera>;

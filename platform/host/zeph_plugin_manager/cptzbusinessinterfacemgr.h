@@ -76,8 +76,8 @@ public:
     // user of a higher level; unlocking a free camera succeeds.
     bool LockPTZ(const std::string &cameraId, const std::string &user, int seconds);
     bool UnlockPTZ(const std::string &cameraId, const std::string &user);
-    // True when `user` may move the camera now: it is not locked, or locked by
-    // that user. When false, `holder` receives the holder's name.
+    // True when `user` may move the camera now: it is not locked, locked by
+    // that user, or locked by a user of a lower level. When false, `holder` receives the holder's name.
     bool IsPTZControlAllowed(const std::string &cameraId, const std::string &user,
                              std::string *holder = nullptr);
 
@@ -86,6 +86,11 @@ public:
     bool IsCameraPermissionValid(const std::string &user, const std::string &cameraId, int item);
 
     QString LastError() const;
+
+    // Name of this client, stored with the locks it takes so that the same
+    // user on another client is told apart. Defaults to the machine's host name.
+    void SetClientName(const QString &name);
+    QString ClientName() const;
 
     // Time source of lock expiry; tests install a manual one. Null restores the wall clock.
     void SetClock(Clock clock);
@@ -102,6 +107,7 @@ private:
     bool Fail(const QString &error, std::string *errorText = nullptr);
 
     QString m_lastError;
+    QString m_clientName;
     Clock m_clock;
 };
 

@@ -105,6 +105,7 @@ struct SITE_STORE_EXPORT LockRecord
     QString holder;
     int holderLevel = 0;
     QDateTime expiresAt;
+    QString holderDetail; // the client the holder locked from
 
     // Whole seconds left at `now`, 0 when lapsed.
     int remainingSeconds(const QDateTime &now) const;
