@@ -17,6 +17,7 @@ namespace PreviewPTZControl {
 namespace {
 
 const char kImageRoot[] = ":/Images/PTZ/Direction/";
+const char kWhiteImageRoot[] = ":/Images/PTZWhite/Direction/";
 
 bool IsDiagonal(int section)
 {
@@ -391,7 +392,12 @@ void CPTZCloud::UpdateToolTip(int hovered)
     setToolTip(tip);
 }
 
-QString CPTZCloud::sectionImage(int number, int status)
+QString CPTZCloud::backgroundImage(bool white)
+{
+    return QLatin1String(white ? kWhiteImageRoot : kImageRoot) + QLatin1String("ptz_control_panel_bg.svg");
+}
+
+QString CPTZCloud::sectionImage(int number, int status, bool white)
 {
     static const char *const kStates[] = {"nor", "hov_sel", "pre", nullptr, "dis"};
     if (status < 0 || status > 4) {
@@ -412,7 +418,8 @@ QString CPTZCloud::sectionImage(int number, int status)
     if (base.isEmpty() || !kStates[status]) {
         return QString();
     }
-    return QLatin1String(kImageRoot) + base + QLatin1String(kStates[status]) + QLatin1String(".svg");
+    return QLatin1String(white ? kWhiteImageRoot : kImageRoot) + base + QLatin1String(kStates[status])
+        + QLatin1String(".svg");
 }
 
 QRect CPTZCloud::sectionIconRect(int number)
@@ -464,10 +471,10 @@ qreal CPTZCloud::sectionRotation(int number)
     }
 }
 
-const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr)
+const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr, bool white)
 {
     static const QPixmap kNone;
-    const QString file = sectionImage(number, status);
+    const QString file = sectionImage(number, status, white);
     const QRect rect = sectionIconRect(number);
     if (file.isEmpty() || rect.isEmpty()) {
         return kNone;
@@ -501,11 +508,12 @@ const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr)
     return m_pixmapCache.insert(key, pixmap).value();
 }
 
-const QPixmap &CPTZCloud::StaticLayer(qreal dpr)
+const QPixmap &CPTZCloud::StaticLayer(qreal dpr, bool white)
 {
     const QColor cross = StyleManager()->ColorPtzIrregularShape();
     const QColor diagonal = StyleManager()->GetNeuColorT2(0.08);
-    const QString key = QString::number(dpr) + QLatin1Char('|') + QString::number(cross.rgba())
+    const QString key = backgroundImage(white) + QLatin1Char('|') + QString::number(dpr) + QLatin1Char('|')
+        + QString::number(cross.rgba())
         + QLatin1Char('|') + QString::number(diagonal.rgba());
     if (key == m_staticLayerKey && !m_staticLayer.isNull()) {
         return m_staticLayer;
@@ -522,7 +530,7 @@ const QPixmap &CPTZCloud::StaticLayer(qreal dpr)
         painter.translate(centre);
         painter.setPen(Qt::NoPen);
         const int h = m_iPadSize / 2;
-        QSvgRenderer background(QLatin1String(kImageRoot) + QLatin1String("ptz_control_panel_bg.svg"));
+        QSvgRenderer background(backgroundImage(white));
         background.render(&painter, QRectF(-h, -h, m_iPadSize, m_iPadSize));
         painter.setBrush(cross);
         painter.drawPath(m_pCross->path);
@@ -543,17 +551,18 @@ void CPTZCloud::paintPad(QPainter *painter, qreal dpr)
     if (!painter) {
         return;
     }
+    const bool white = StyleManager()->IsWhiteTheme();
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     // Background, cross and diagonal fills never depend on section state: one cached layer.
-    painter->drawPixmap(0, 0, StaticLayer(dpr));
+    painter->drawPixmap(0, 0, StaticLayer(dpr, white));
     painter->translate(centre);
     for (auto it = m_mapSections.cbegin(); it != m_mapSections.cend(); ++it) {
         if (!it.value()) {
             continue;
         }
-        const QPixmap &pixmap = SectionPixmap(it.key(), it.value()->status, dpr);
+        const QPixmap &pixmap = SectionPixmap(it.key(), it.value()->status, dpr, white);
         if (!pixmap.isNull()) {
             painter->drawPixmap(sectionIconRect(it.key()).topLeft(), pixmap);
         }

@@ -66,7 +66,11 @@ public:
     int tipSection() const { return m_tipSection; }
 
     // Image resource for a section in a state; empty where nothing is drawn.
-    static QString sectionImage(int section, int status);
+    // The dark images live under ":/Images/PTZ/Direction/"; with white = true the
+    // same names under ":/Images/PTZWhite/Direction/" (used while the host's
+    // style manager is in its white theme).
+    static QString sectionImage(int section, int status, bool white = false);
+    static QString backgroundImage(bool white = false);
     // Where a section's image goes, in pad coordinates; empty for unknown sections.
     static QRect sectionIconRect(int section);
     // Rotation of a section's (upward pointing) image in degrees.
@@ -99,8 +103,8 @@ private:
     QPoint ToPad(const QPointF &localPos) const;
     void TrackHover(const QPoint &p, bool stopAtActive);
     void UpdateToolTip(int hovered);
-    const QPixmap &SectionPixmap(int section, int status, qreal dpr);
-    const QPixmap &StaticLayer(qreal dpr);
+    const QPixmap &SectionPixmap(int section, int status, qreal dpr, bool white);
+    const QPixmap &StaticLayer(qreal dpr, bool white);
 
     QMap<int, QSharedPointer<CPathWithStatus>> m_mapSections;
     QSharedPointer<CPathWithStatus> m_pCross;

@@ -66,20 +66,21 @@ def pad_images(t):
         '<circle cx="87" cy="87" r="29" fill="%s" stroke="%s" stroke-width="1"/>' % (t["well"], t["ring"]),
     ]))
     states = {
-        "nor": (t["fg"], "0.9"),
-        "hov_sel": (t["strong"], "1"),
-        "pre": (t["accent"], "1"),
-        "dis": (t["dim"], "0.6"),
+        "nor": t["fg"],
+        "hov_sel": t["strong"],
+        "pre": t["accent"],
+        "dis": t["dim"],
     }
-    for state, (color, opacity) in states.items():
+    for state, color in states.items():
         # Straight arrows: 24 x 24, a rounded solid triangle pointing up.
         out["ptz_control_panel_arrows_%s.svg" % state] = svg(24, (
             '<path d="M12 7.5 L17.5 15.5 L6.5 15.5 Z" fill="%s" stroke="%s" stroke-width="2" '
-            'stroke-linejoin="round" opacity="%s"/>') % (color, color, opacity))
-        # Diagonal arrows: 36 x 36, a smaller triangle centred in the rectangle.
+            'stroke-linejoin="round"/>') % (color, color))
+        # Diagonal arrows: 36 x 36. The pad turns them by 45 degrees and fits the
+        # turned square back into 36 x 36, so they are drawn larger than they show.
         out["ptz_control_panel_arrows_sm_%s.svg" % state] = svg(36, (
-            '<path d="M18 13.5 L22.5 20.5 L13.5 20.5 Z" fill="%s" stroke="%s" stroke-width="1.6" '
-            'stroke-linejoin="round" opacity="%s"/>') % (color, color, opacity))
+            '<path d="M18 11.5 L24 20.5 L12 20.5 Z" fill="%s" stroke="%s" stroke-width="2" '
+            'stroke-linejoin="round"/>') % (color, color))
     rotate = {
         "nor": (t["btn"], t["ring"], t["fg"]),
         "hov_sel": (t["btn_hov"], t["accent"], t["strong"]),

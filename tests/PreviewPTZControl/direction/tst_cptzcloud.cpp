@@ -1,6 +1,7 @@
 #include "direction/cpathwithstatus.h"
 #include "direction/cptzcloud.h"
 #include "direction/cptzgraphicsview.h"
+#include "vs_ui_data_controller/cvsstylemanager.h"
 
 // Route test mouse input through the window system, so moves, enters and leaves
 // reach the widget under the cursor as they would for a user.
@@ -455,7 +456,9 @@ void TestCPTZCloud::setSectionChecked()
 void TestCPTZCloud::padImagesExist_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("background") << QStringLiteral(":/Images/PTZ/Direction/ptz_control_panel_bg.svg");
+    QCOMPARE(CPTZCloud::backgroundImage(), QStringLiteral(":/Images/PTZ/Direction/ptz_control_panel_bg.svg"));
+    QCOMPARE(CPTZCloud::backgroundImage(true), QStringLiteral(":/Images/PTZWhite/Direction/ptz_control_panel_bg.svg"));
+    QTest::newRow("background") << CPTZCloud::backgroundImage();
     for (int s = 1; s <= 9; ++s) {
         for (int state = Normal; state <= Disabled; ++state) {
             const QString path = CPTZCloud::sectionImage(s, state);
@@ -463,6 +466,9 @@ void TestCPTZCloud::padImagesExist_data()
                 QVERIFY2(path.isEmpty(), qPrintable(path));
                 continue;
             }
+            QString white = path;
+            white.replace(QLatin1String(":/Images/PTZ/"), QLatin1String(":/Images/PTZWhite/"));
+            QCOMPARE(CPTZCloud::sectionImage(s, state, true), white);
             QTest::addRow("section %d state %d", s, state) << path;
         }
     }
@@ -504,6 +510,15 @@ void TestCPTZCloud::paintedImageFollowsStateAndRotation()
     const QColor nearTipSide = pixelAt(QPoint(-62 + 9, -12 + 6));
     QVERIFY2(qGray(nearBase.rgb()) > 150, qPrintable(nearBase.name()));
     QVERIFY2(qGray(nearTipSide.rgb()) < 100, qPrintable(nearTipSide.name()));
+
+    // In the host's white theme the pad draws its dark-on-light images.
+    auto *style = vs_ui_data_controller::CVSStyleManager::Instance();
+    style->SetTheme(vs_ui_data_controller::CVSStyleManager::WhiteTheme);
+    const QColor whiteArrow = pixelAt(QPoint(0, 50));
+    const QColor whiteRing = pixelAt(QPoint(-40, 0));
+    style->SetTheme(vs_ui_data_controller::CVSStyleManager::DarkTheme);
+    QVERIFY2(qGray(whiteArrow.rgb()) < 100, qPrintable(whiteArrow.name()));
+    QVERIFY2(qGray(whiteRing.rgb()) > 180, qPrintable(whiteRing.name()));
 }
 
 QTEST_MAIN(TestCPTZCloud)
