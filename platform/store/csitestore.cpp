@@ -169,6 +169,7 @@ CSiteStore::CSiteStore(QObject *parent)
     , d(new Private)
 {
     d->connection = QStringLiteral("site_store_%1").arg(++g_connectionCounter);
+    qRegisterMetaType<site_store::CSiteStore::Table>("site_store::CSiteStore::Table");
 }
 
 CSiteStore::~CSiteStore()
@@ -191,8 +192,13 @@ bool run(QSqlQuery &q, const QString &sql, const QVariantList &binds, QString *e
             *error = q.lastError().text();
         return false;
     }
-    for (const QVariant &b : binds)
-        q.addBindValue(b);
+    for (const QVariant &b : binds) {
+        // A null QString would bind as SQL NULL; columns hold empty text instead.
+        if (b.userType() == QMetaType::QString && b.toString().isNull())
+            q.addBindValue(QString(QLatin1String("")));
+        else
+            q.addBindValue(b);
+    }
     if (!q.exec()) {
         if (error)
             *error = q.lastError().text();
@@ -251,21 +257,25 @@ bool prepareDatabase(QSqlDatabase &db, bool inMemory, bool *isNew, QString *erro
     if (q.next()) {
         const int version = q.value(0).toInt();
         if (version > kSchemaVersion) {
+            q.finish();
             db.rollback();
             *error = QCoreApplication::translate("site_store::CSiteStore",
                                                  "the store was written by a newer version (schema %1)")
                          .arg(version);
             return false;
         }
-        *isNew = false;
-    } else {
-        *isNew = true;
-        if (!run(q, QStringLiteral("INSERT INTO meta (key, value) VALUES ('schema_version', ?)"),
-                 {QString::number(kSchemaVersion)}, error)) {
-            db.rollback();
-            return false;
-        }
+    } else if (!run(q, QStringLiteral("INSERT INTO meta (key, value) VALUES ('schema_version', ?)"),
+                    {QString::number(kSchemaVersion)}, error)) {
+        db.rollback();
+        return false;
     }
+    // The demo site is written once, in the same transaction as its mark, so
+    // an interrupted seeding is simply redone.
+    if (!run(q, QStringLiteral("SELECT value FROM meta WHERE key = 'seeded'"), {}, error)) {
+        db.rollback();
+        return false;
+    }
+    *isNew = !q.next();
     q.finish();
     if (!db.commit()) {
         *error = db.lastError().text();

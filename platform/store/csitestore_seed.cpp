@@ -4,6 +4,7 @@
 #include "csitestore_p.h"
 
 #include <QSqlError>
+#include <QSqlQuery>
 
 namespace site_store {
 
@@ -71,6 +72,12 @@ bool CSiteStore::seedDemoSite()
     ok = ok && setSetting(kGetTrackNum, QStringLiteral("4"));
     ok = ok && setSetting(kProductType, QStringLiteral("Standard"));
     ok = ok && setSetting(kCurrentUser, QString::fromLatin1(demo::kOperator));
+    if (ok) {
+        QSqlQuery q(db);
+        ok = q.exec(QStringLiteral("INSERT OR REPLACE INTO meta (key, value) VALUES ('seeded', '1')"));
+        if (!ok)
+            d->lastError = q.lastError().text();
+    }
 
     --d->batchDepth;
     if (!ok) {

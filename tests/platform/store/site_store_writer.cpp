@@ -1,0 +1,34 @@
+// Writes numbered device-state rows, one transaction each, and prints the
+// number after every commit, until it is killed.
+#include "site_store/csitestore.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: site_store_writer FILE\n");
+        return 2;
+    }
+    auto store = site_store::CSiteStore::Open(QString::fromLocal8Bit(argv[1]));
+    if (store->isFallback()) {
+        std::fprintf(stderr, "%s\n", qPrintable(store->openError()));
+        return 1;
+    }
+    const QByteArray padding(512, 'x');
+    for (int i = 1;; ++i) {
+        QJsonObject row{{QStringLiteral("i"), i}, {QStringLiteral("pad"), QString::fromLatin1(padding)}};
+        if (!store->setDeviceState(QStringLiteral("crash"), QStringLiteral("row-%1").arg(i, 8, 10, QLatin1Char('0')),
+                                   QJsonDocument(row).toJson(QJsonDocument::Compact))) {
+            std::fprintf(stderr, "%s\n", qPrintable(store->lastError()));
+            return 1;
+        }
+        std::printf("%d\n", i);
+        std::fflush(stdout);
+    }
+}
