@@ -10,7 +10,13 @@ QColor withAlpha(QColor c, qreal alpha)
 }
 } // namespace
 
-CVSStyleManager::CVSStyleManager() = default;
+CVSStyleManager::CVSStyleManager()
+{
+    // Queued connections and signal spies need the enum by its full name.
+    qRegisterMetaType<vs_ui_data_controller::CVSStyleManager::Theme>(
+        "vs_ui_data_controller::CVSStyleManager::Theme");
+}
+
 CVSStyleManager::~CVSStyleManager() = default;
 
 CVSStyleManager::Theme CVSStyleManager::GetTheme() const
