@@ -1,0 +1,101 @@
+#pragma once
+
+#include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+
+#include "tarn/base/singleton.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QVector>
+
+namespace ptz_devices {
+class IPtzDriver;
+struct DevicePatrolPoint;
+struct DevicePreset;
+}
+
+namespace zeph_ptz_controller {
+namespace detail {
+
+// Limits of the boundary, whatever the device reports beyond them.
+constexpr int kMaxPresetIndex = 256;
+constexpr int kMaxCruiseIndex = 8;
+constexpr int kMaxCruisePoints = 32;
+constexpr int kMinSpeed = 1;
+constexpr int kMaxSpeed = 40;
+constexpr int kSoftwareMinDwell = 2;
+constexpr int kSoftwareMaxDwell = 30;
+constexpr int kVirtualMinDwell = 15;
+constexpr int kVirtualMaxDwell = 30;
+constexpr int kDefaultLockSeconds = 300;
+constexpr int kMaxLockSeconds = 3600;
+
+QString Tr(const char *text);
+
+// The camera's driver through the host's camera manager; null with a
+// readable reason for an unknown camera or a camera without a driver.
+// `unknown_camera` tells the two apart.
+ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QString *error,
+                                         bool *unknown_camera = nullptr);
+bool CameraExists(const QString &camera_index_code);
+QString CameraName(const QString &camera_index_code);
+
+ptz_plugin_protocol::PresetInfo ToPresetInfo(const ptz_devices::DevicePreset &preset);
+ptz_plugin_protocol::CruisePoint ToCruisePoint(const ptz_devices::DevicePatrolPoint &point);
+ptz_devices::DevicePatrolPoint ToDevicePoint(const ptz_plugin_protocol::CruisePoint &point);
+
+// Checks a patrol path against the limits of its kind; empty text when valid.
+QString CheckCruisePoints(const std::vector<ptz_plugin_protocol::CruisePoint> &points, int cruise_type,
+                          ptz_devices::IPtzDriver *driver);
+
+// Data read from devices and the store, shared by every getter controller so
+// that a static lookup (GetPresetByIndexSync) and the universal controller's
+// preset changes reach every panel.
+class CPTZDataCache : public QObject, public Tarn::Base::CSingleton<CPTZDataCache>
+{
+    Q_OBJECT
+    friend class Tarn::Base::CSingleton<CPTZDataCache>;
+
+public:
+    QVector<ptz_plugin_protocol::PresetInfo> Presets(const QString &camera) const { return m_presets.value(camera); }
+    bool HasPresets(const QString &camera) const { return m_presets.contains(camera); }
+    void SetPresets(const QString &camera, const QVector<ptz_plugin_protocol::PresetInfo> &presets);
+    // Replaces the preset of the same number and type, or adds it; keeps the list ordered.
+    void UpsertPreset(const QString &camera, const ptz_plugin_protocol::PresetInfo &preset);
+    void RemovePreset(const QString &camera, int preset_index, int preset_type);
+
+    ptz_plugin_protocol::PTZLockStatusResponse LockStatus(const QString &camera) const { return m_locks.value(camera); }
+    bool HasLockStatus(const QString &camera) const { return m_locks.contains(camera); }
+    void SetLockStatus(const QString &camera, const ptz_plugin_protocol::PTZLockStatusResponse &status)
+    {
+        m_locks.insert(camera, status);
+    }
+
+    ptz_plugin_protocol::GetCruiseRouteResponse EditPatrol(const QString &camera) const
+    {
+        return m_edit_patrols.value(camera);
+    }
+    bool HasEditPatrol(const QString &camera) const { return m_edit_patrols.contains(camera); }
+    void SetEditPatrol(const QString &camera, const ptz_plugin_protocol::GetCruiseRouteResponse &route)
+    {
+        m_edit_patrols.insert(camera, route);
+    }
+
+    void Clear();
+
+Q_SIGNALS:
+    // The preset list of a camera changed outside a getter's own query.
+    void SignalPresetsChanged(QString camera_index_code);
+
+private:
+    CPTZDataCache() = default;
+    ~CPTZDataCache() override = default;
+
+    QHash<QString, QVector<ptz_plugin_protocol::PresetInfo>> m_presets;
+    QHash<QString, ptz_plugin_protocol::PTZLockStatusResponse> m_locks;
+    QHash<QString, ptz_plugin_protocol::GetCruiseRouteResponse> m_edit_patrols;
+};
+
+} // namespace detail
+} // namespace zeph_ptz_controller
