@@ -234,6 +234,19 @@ void CSimulatedCamera::setLatency(int ms)
     m_latency = qMax(0, ms);
 }
 
+void CSimulatedCamera::setPosition(double pan, double tilt, double zoom)
+{
+    m_autoScan = false;
+    m_patrol = 0;
+    stopPatternPlayback();
+    haltManualMotion();
+    m_targetingPanTilt = m_targetingZoom = false;
+    m_pan = wrapPan(pan);
+    m_tilt = qBound(m_caps.minTilt, tilt, m_caps.maxTilt);
+    m_zoom = qBound(1.0, zoom, m_caps.maxZoom);
+    notifyStatus();
+}
+
 // ---------------------------------------------------------------------------
 // Fault injection and connection
 
@@ -373,6 +386,8 @@ void CSimulatedCamera::processQueue()
             r->execute(reply);
             if (reply.ok && isControl(r->operation))
                 markControl();
+            // Zero-time consequences (already at a preset, first pattern step).
+            handleDueEvents();
         }
         if (!reply.ok)
             ZEPH_LOG_INFO("camera %s: %s failed: %s", qUtf8Printable(m_cameraId),

@@ -117,6 +117,10 @@ public:
     void failNextRequests(int count, const QString &error = QString());
     void failOperation(DriverOperation operation, const QString &error = QString()); // once
     void clearFaults();
+    // Places the head at once, as if it had been turned by hand (no request,
+    // no control time); stops whatever moves or runs.
+    void setPosition(double pan, double tilt, double zoom = 1.0);
+
     // Drops the connection: pending requests fail, later ones fail until reconnect.
     void disconnectDevice();
     void reconnectDevice();
