@@ -40,7 +40,9 @@ bool CSiteStore::seedDemoSite()
 
     QList<CameraRecord> cameras;
     cameras << demoCamera(demo::kSpeedDome, tr("Speed Dome - Lobby"), "speed-dome", allAbilities);
-    cameras << demoCamera(demo::kPtzNoPattern, tr("PTZ Camera - Gate"), "ptz-no-pattern", {1, 33, 48, 49, 50});
+    QList<int> noPatterns = allAbilities;
+    noPatterns.removeAll(46);
+    cameras << demoCamera(demo::kPtzNoPattern, tr("PTZ Camera - Gate"), "ptz-no-pattern", noPatterns);
     cameras << demoCamera(demo::kBoxZoom, tr("Box Camera - Corridor"), "box-zoom", {1, 50});
     CameraRecord fishEye = demoCamera(demo::kFishEye, tr("Fish-eye - Hall"), "fisheye", {1});
     fishEye.fishEye = true;

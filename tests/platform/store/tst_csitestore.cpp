@@ -65,7 +65,7 @@ void TestSiteStore::seedCameras_data()
 
     const QList<int> all{1, 6, 26, 33, 35, 46, 48, 49, 50};
     QTest::newRow("speed dome") << demo::kSpeedDome << "speed-dome" << all << false << false;
-    QTest::newRow("ptz without patterns") << demo::kPtzNoPattern << "ptz-no-pattern" << QList<int>{1, 33, 48, 49, 50}
+    QTest::newRow("ptz without patterns") << demo::kPtzNoPattern << "ptz-no-pattern" << QList<int>{1, 6, 26, 33, 35, 48, 49, 50}
                                           << false << false;
     QTest::newRow("zoom-only box") << demo::kBoxZoom << "box-zoom" << QList<int>{1, 50} << false << false;
     QTest::newRow("fish-eye") << demo::kFishEye << "fisheye" << QList<int>{1} << false << true;
