@@ -82,7 +82,9 @@ enum AbilityCode {
 //   ReadPatrol   -> DevicePatrol              ListPatterns -> QVector<int> (recorded slots)
 //   GetAutoTrack -> bool                      GetParkAction -> ParkAction
 //   GetPatrolRecovery -> PatrolRecovery       GetStatus -> DeviceStatus
-//   SetPreset    -> DevicePreset (as stored)  others -> invalid QVariant
+//   SetPreset, RenamePreset -> DevicePreset (as stored)
+//   WritePatrol  -> DevicePatrol (as stored, no points when cleared)
+//   SetAutoTrack -> bool                      others -> invalid QVariant
 struct PTZ_DEVICES_EXPORT DriverReply
 {
     quint64 requestId = 0;
