@@ -4,6 +4,7 @@
 #include "quillon/cscrollbardelegate.h"
 
 #include <QHeaderView>
+#include <QPainter>
 
 namespace Quillon {
 
@@ -50,6 +51,31 @@ void CAbstractItemView::ApplyColumnWidthsFromModel()
         if (width.isValid() && width.toInt() >= 0)
             setColumnWidth(column, width.toInt());
     }
+}
+
+void CAbstractItemView::SetEmptyViewText(const QString &text)
+{
+    if (m_emptyViewText == text)
+        return;
+    m_emptyViewText = text;
+    viewport()->update();
+}
+
+QString CAbstractItemView::GetEmptyViewText() const
+{
+    return m_emptyViewText;
+}
+
+void CAbstractItemView::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (m_emptyViewText.isEmpty())
+        return;
+    if (model() && model()->rowCount(rootIndex()) > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect(), int(Qt::AlignCenter | Qt::TextWordWrap), m_emptyViewText);
 }
 
 void CAbstractItemView::OnHeaderDataChanged(Qt::Orientation orientation, int, int)

@@ -25,10 +25,18 @@ public:
     // Re-reads ColumnWidthRole for every column that has it.
     void ApplyColumnWidthsFromModel();
 
+    // Text shown centred in the viewport while the view has no rows.
+    void SetEmptyViewText(const QString &text);
+    QString GetEmptyViewText() const;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
 private:
     void OnHeaderDataChanged(Qt::Orientation orientation, int first, int last);
 
     CScrollBarDelegate *m_scrollBarDelegate = nullptr;
+    QString m_emptyViewText;
 };
 
 } // namespace Quillon

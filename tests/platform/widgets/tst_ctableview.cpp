@@ -56,6 +56,7 @@ private slots:
     void helpEventShowsPixmapTip();
     void foreignDelegateStillHitTests();
     void columnWidthsComeFromHeaderRole();
+    void emptyViewTextShowsOnlyWithoutRows();
 
 private:
     CStandardItemModel *m_model = nullptr;
@@ -333,6 +334,23 @@ void TestCTableView::columnWidthsComeFromHeaderRole()
     m_model->SetColumnWidth(1, 170);
     QCOMPARE(m_view->columnWidth(1), 170);
     QCOMPARE(m_model->GetColumnWidth(1), 170);
+}
+
+void TestCTableView::emptyViewTextShowsOnlyWithoutRows()
+{
+    CStandardItemModel empty;
+    CTableView view;
+    view.setModel(&empty);
+    view.resize(200, 100);
+    const QImage blank = view.viewport()->grab().toImage();
+    view.SetEmptyViewText(QStringLiteral("NoData"));
+    QCOMPARE(view.GetEmptyViewText(), QStringLiteral("NoData"));
+    QVERIFY(view.viewport()->grab().toImage() != blank);
+
+    empty.appendRow(new CStandardItem);
+    const QImage withText = view.viewport()->grab().toImage();
+    view.SetEmptyViewText(QString());
+    QCOMPARE(view.viewport()->grab().toImage(), withText);
 }
 
 QTEST_MAIN(TestCTableView)
