@@ -13,7 +13,6 @@
 
 using namespace Quillon;
 
-Q_DECLARE_METATYPE(Quillon::CItemDataRole)
 
 namespace {
 QPixmap Solid(const QColor &color)
