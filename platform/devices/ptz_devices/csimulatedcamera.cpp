@@ -138,7 +138,20 @@ CSimulatedCamera::CSimulatedCamera(const QString &cameraId, const QString &model
     m_lastStatus = status();
 }
 
-CSimulatedCamera::~CSimulatedCamera() = default;
+CSimulatedCamera::~CSimulatedCamera()
+{
+    m_processTimer->stop();
+    std::deque<std::unique_ptr<Request>> pending;
+    pending.swap(m_queue);
+    for (const auto &r : pending) {
+        DriverReply reply;
+        reply.requestId = r->id;
+        reply.operation = r->operation;
+        reply.number = r->number;
+        reply.error = r->fail ? r->error : tr("Camera %1 was closed").arg(m_cameraId);
+        emit replied(reply);
+    }
+}
 
 CSimClock *CSimulatedCamera::clock() const
 {
@@ -194,9 +207,13 @@ void CSimulatedCamera::failNextRequests(int count, const QString &error)
     m_failNextError = error;
 }
 
-void CSimulatedCamera::failOperation(DriverOperation operation, const QString &error)
+void CSimulatedCamera::failOperation(DriverOperation operation, const QString &error, int times)
 {
-    m_failOps.insert(int(operation), error);
+    if (times == 0) {
+        m_failOps.remove(int(operation));
+        return;
+    }
+    m_failOps.insert(int(operation), {error, times});
 }
 
 void CSimulatedCamera::clearFaults()
@@ -266,7 +283,10 @@ quint64 CSimulatedCamera::enqueue(DriverOperation op, const QVariantList &args, 
         r->fail = true;
         r->error = m_failNextError.isEmpty() ? tr("The camera rejected the request") : m_failNextError;
     } else if (m_failOps.contains(int(op))) {
-        const QString error = m_failOps.take(int(op));
+        OperationFault &fault = m_failOps[int(op)];
+        const QString error = fault.error;
+        if (fault.remaining > 0 && --fault.remaining == 0)
+            m_failOps.remove(int(op));
         r->fail = true;
         r->error = error.isEmpty() ? tr("The camera rejected the request") : error;
     }

@@ -54,6 +54,8 @@ public:
         qint64 time = 0;    // clock time when received, ms
     };
 
+    // Requests still pending when the camera is destroyed are answered with a
+    // failure from the destructor, so no caller waits forever.
     // `clock` null: the camera creates its own real-time clock. `store` null:
     // durable state lives in a private in-memory store.
     CSimulatedCamera(const QString &cameraId, const QString &model, CSimClock *clock,
@@ -115,7 +117,9 @@ public:
 
     // Fault injection. Failed requests are still answered asynchronously.
     void failNextRequests(int count, const QString &error = QString());
-    void failOperation(DriverOperation operation, const QString &error = QString()); // once
+    // The next `times` requests of `operation` fail; a negative count fails
+    // them all until clearFaults().
+    void failOperation(DriverOperation operation, const QString &error = QString(), int times = 1);
     void clearFaults();
     // Places the head at once, as if it had been turned by hand (no request,
     // no control time); stops whatever moves or runs.
@@ -210,7 +214,12 @@ private:
     bool m_connected = true;
     int m_failNext = 0;
     QString m_failNextError;
-    QHash<int, QString> m_failOps;
+    struct OperationFault
+    {
+        QString error;
+        int remaining = 1; // < 0: until cleared
+    };
+    QHash<int, OperationFault> m_failOps;
     QVector<RequestLogEntry> m_log;
 
     // Physical state.

@@ -161,7 +161,8 @@ struct PTZ_DEVICES_EXPORT ParkAction
     bool enabled = false;
     int waitingSeconds = 5;  // 5 .. 720
     ParkActionType type = ParkActionType::None;
-    int target = 0;          // preset or patrol number
+    int target = 0;          // preset or patrol number; a preset action with target 0
+                             // returns to the view the camera had when the action was set
 };
 
 struct PTZ_DEVICES_EXPORT PatrolRecovery

@@ -50,6 +50,8 @@ private Q_SLOTS:
     void disconnectFailsPendingAndLater();
     void failNextRequests();
     void failOperationOnce();
+    void failOperationUntilCleared();
+    void destroyingAnswersPending();
     void injectedFailureOnStopStillHalts();
     void requestLogRecordsArguments();
     void stateSurvivesRecreation();
@@ -462,6 +464,42 @@ void tst_CSimulatedCamera::failOperationOnce()
     QVERIFY(h.ok(h.camera->gotoPreset(1)));
     h.clock.advance(5000);
     QCOMPARE(h.status().pan, 0.0);
+}
+
+void tst_CSimulatedCamera::failOperationUntilCleared()
+{
+    SimCameraHarness h;
+    h.camera->failOperation(DriverOperation::Light, QStringLiteral("relay stuck"), -1);
+    for (int i = 0; i < 3; ++i) {
+        DriverReply r;
+        QVERIFY(h.await(h.camera->setLight(true), &r));
+        QVERIFY(!r.ok);
+        QCOMPARE(r.error, QStringLiteral("relay stuck"));
+    }
+    QVERIFY(h.ok(h.camera->setWiper(true)));
+    h.camera->clearFaults();
+    QVERIFY(h.ok(h.camera->setLight(true)));
+    QVERIFY(h.status().light);
+
+    h.camera->failOperation(DriverOperation::Wiper, QString(), 2);
+    QVERIFY(!h.ok(h.camera->setWiper(false)));
+    QVERIFY(!h.ok(h.camera->setWiper(false)));
+    QVERIFY(h.ok(h.camera->setWiper(false)));
+}
+
+void tst_CSimulatedCamera::destroyingAnswersPending()
+{
+    SimCameraHarness h;
+    h.camera->setLatency(60000);
+    const QVector<quint64> ids = {h.camera->movePanTilt(1, 0, 5), h.camera->listPresets(), h.camera->stopPanTilt()};
+    QVERIFY(h.replies.isEmpty());
+    h.camera.reset();
+    QCOMPARE(h.replies.size(), ids.size());
+    for (int i = 0; i < ids.size(); ++i) {
+        QCOMPARE(h.replies.at(i).requestId, ids.at(i));
+        QVERIFY(!h.replies.at(i).ok);
+        QVERIFY(!h.replies.at(i).error.isEmpty());
+    }
 }
 
 void tst_CSimulatedCamera::injectedFailureOnStopStillHalts()
