@@ -1,0 +1,622 @@
+#include "panel/cpreviewptzwnd.h"
+
+#include "panel/cpreviewptzwnd_p.h"
+#include "ui_cptzpanelleft.h"
+#include "ui_cptzpanelright.h"
+
+#include "direction/cptzcloud.h"
+#include "panel/clockstripframe.h"
+
+#include "quillon/cguitoolkit.h"
+#include "tarn/base/logging.h"
+#include "zeph_plugin_manager/ccameramanager.h"
+#include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
+#include "zeph_plugin_manager/czephpluginconfigmgr.h"
+#include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
+#include "zeph_ptz_controller/cptzgetcontroller.h"
+#include "zeph_ptz_controller/cuniversalptzcontroller.h"
+#include "zeph_ptz_controller/cvirtualptzcontrollor.h"
+#include "zeph_ptz_controller/iptzfisheyecontroller.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTimer>
+
+namespace PreviewPTZControl {
+
+using namespace PanelPrivate;
+using zeph_ptz_controller::CPTZGetController;
+using zeph_ptz_controller::CUniversalPTZController;
+using zeph_ptz_controller::CVirtualPtzControllor;
+
+int CPreviewPTZWnd::current_user_ptz_perm_ = -1;
+
+namespace {
+// Installations whose preset tab shows no add row unless the configuration asks for it.
+const QStringList &CompactPresetProducts()
+{
+    static const QStringList products{QStringLiteral("ZephViewLite"), QStringLiteral("ZephViewKiosk")};
+    return products;
+}
+} // namespace
+
+CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, bool b_playback, QWidget *parent)
+    : CBasicPTZWnd(parent), screen_index_(screen_index), panel_kind_(b_playback ? 2u : 1u)
+{
+    setObjectName(QStringLiteral("CPreviewPTZWnd"));
+    ptr_ptz_get_controller_ = std::make_unique<CPTZGetController>();
+    if (b_software_ptz)
+        ptr_software_controller_ = std::make_shared<zeph_ptz_controller::CBaseSoftwarePtzControllor>();
+
+    ptr_ptz_panel_left_ = new QWidget(this);
+    ptr_ptz_panel_left_->setObjectName(QStringLiteral("PreviewPtzControl_ptr_ptz_panel_left_"));
+    ui_left_ = new Ui::CPTZPanelLeft;
+    ui_left_->setupUi(ptr_ptz_panel_left_);
+
+    ptr_ptz_panel_right_ = new QWidget(this);
+    ptr_ptz_panel_right_->setObjectName(QStringLiteral("PreviewPtzControl_ptr_ptz_panel_right_"));
+    ui_right_ = new Ui::CPTZPanelRight;
+    ui_right_->setupUi(ptr_ptz_panel_right_);
+
+    // The refresh and patrol-recovery buttons close the function strip.
+    ptr_update_widget = new QWidget(ui_right_->m_pFrameAppendFun);
+    ptr_update_widget->setObjectName(QStringLiteral("ptr_update_widget"));
+    auto *update_layout = new QHBoxLayout(ptr_update_widget);
+    update_layout->setContentsMargins(0, 0, 0, 0);
+    update_layout->setSpacing(4);
+    ptr_update_ptz_btn_ = new QPushButton(ptr_update_widget);
+    ptr_update_ptz_btn_->setObjectName(QStringLiteral("ptr_update_ptz_btn_"));
+    ptr_update_ptz_btn_->setFocusPolicy(Qt::NoFocus);
+    ptr_update_ptz_btn_->setFixedSize(32, 32);
+    ptr_update_ptz_btn_->setToolTip(tr("UpdatePTZ"));
+    ptr_recover_config_btn_ = new QPushButton(ptr_update_widget);
+    ptr_recover_config_btn_->setObjectName(QStringLiteral("ptr_recover_config_btn_"));
+    ptr_recover_config_btn_->setFocusPolicy(Qt::NoFocus);
+    ptr_recover_config_btn_->setFixedSize(32, 32);
+    ptr_recover_config_btn_->setToolTip(tr("PatrolRecovery"));
+    update_layout->addWidget(ptr_update_ptz_btn_);
+    update_layout->addWidget(ptr_recover_config_btn_);
+    ui_right_->hl_append_fun->addWidget(ptr_update_widget);
+
+    ui_right_->m_pBtnKeyFocus->setToolTip(tr("AuxiliaryFocus"));
+    ui_right_->m_pBtnLight->setToolTip(tr("Light"));
+    ui_right_->m_pBtnWiper->setToolTip(tr("Wiper"));
+    ui_right_->m_pBtnResetPos->setToolTip(tr("LensInitialization"));
+    ui_right_->ptr_manual_track_btn_->setToolTip(tr("ManualTracking"));
+    ui_right_->ptr_face_capture_btn_->setToolTip(tr("ManualFaceCapture"));
+    ui_right_->m_pBtn3D->setToolTip(tr("3DPositioning"));
+    ui_right_->ptr_auto_track_btn_->setToolTip(tr("AutoTracking"));
+    ui_right_->ptr_park_action_btn_->setToolTip(tr("ParkAction"));
+    // One-shot buttons; the others keep their checked state.
+    ui_right_->m_pBtnKeyFocus->setCheckable(false);
+    ui_right_->m_pBtnResetPos->setCheckable(false);
+    ui_right_->ptr_park_action_btn_->setCheckable(false);
+    ui_left_->ptr_label_slow_->setText(tr("Slow"));
+    ui_left_->ptr_label_fast_->setText(tr("Fast"));
+    UpdateFocusBtnState();
+
+    ui_right_->m_pBtnLight->setChecked(false);
+    ui_right_->m_pBtnWiper->setChecked(false);
+
+    light_status_timer_ = new QTimer;
+    wiper_status_timer_ = new QTimer;
+    lockStatusTimer = new QTimer;
+    lock_hold_timer_ = new QTimer;
+    lock_hold_timer_->setSingleShot(true);
+    connect(light_status_timer_, &QTimer::timeout, this, &CPreviewPTZWnd::OnUpdateLightOnStatus);
+    connect(wiper_status_timer_, &QTimer::timeout, this, &CPreviewPTZWnd::OnUpdateWiperOnStatus);
+    connect(lockStatusTimer, &QTimer::timeout, this, &CPreviewPTZWnd::OnCheckPTZLockStatus);
+
+    ConnectSignalAndSlot();
+
+    auto *config = Config();
+    if (!config->IsSupportUpdatePTZInfo())
+        ptr_update_ptz_btn_->hide();
+    if (!config->ShowExtraButton()) {
+        ui_right_->ptr_manual_track_btn_->hide();
+        ui_right_->label_2->hide();
+        ui_right_->ptr_face_capture_btn_->hide();
+        ui_right_->label_7->hide();
+    }
+    const QString product = Tarn::Base::CSingleton<ZephPluginManager::CZephPluginConfigMgr>::Instance()->GetProductType();
+    if (!config->ShowPreSetTabWidget() && CompactPresetProducts().contains(product))
+        ui_right_->widget->hide();
+
+    connect(ui_left_->pLockFrame, &CLockStripFrame::SignalRequestLockState, this,
+            &CPreviewPTZWnd::OnCheckPTZLockStatus);
+
+    AssemblyLayout();
+    InitPtzState(PTZWndNone);
+
+    ZEPH_LOG_INFO("DPR is %f", Quillon::CGUIToolkit::GetDevicePixelRatio(this));
+}
+
+CPreviewPTZWnd::~CPreviewPTZWnd()
+{
+    ReleaseHeldMotion();
+    if (ptr_ptz_controller_)
+        ConnectPTZControllerSingal(false);
+    delete light_status_timer_;
+    delete wiper_status_timer_;
+    delete lockStatusTimer;
+    delete lock_hold_timer_;
+    delete ui_left_;
+    delete ui_right_;
+}
+
+void CPreviewPTZWnd::ConnectSignalAndSlot()
+{
+    auto *cloud = ui_left_->ptr_cloud_;
+    connect(cloud, &CPTZCloud::signalPressSection, this, &CPreviewPTZWnd::OnPressSection);
+    connect(cloud, &CPTZCloud::signalReleaseSection, this, &CPreviewPTZWnd::OnReleaseSection);
+    cloud->installEventFilter(this);
+
+    for (QPushButton *button : {ui_left_->pZoomInBtn, ui_left_->pZoomOutBtn, ui_left_->pFocusInBtn,
+                                ui_left_->pFocusOutBtn, ui_left_->pIRISInBtn, ui_left_->pIRISOutBtn})
+        button->installEventFilter(this);
+
+    connect(ui_right_->m_pBtnLight, &QPushButton::clicked, this, &CPreviewPTZWnd::OnLight);
+    connect(ui_right_->m_pBtnWiper, &QPushButton::clicked, this, &CPreviewPTZWnd::OnWiper);
+    connect(ui_right_->m_pBtnKeyFocus, &QPushButton::clicked, this, &CPreviewPTZWnd::OnOneKeyFocusBtnClicked);
+    connect(ui_right_->m_pBtnResetPos, &QPushButton::clicked, this, &CPreviewPTZWnd::OnResetLensBtnClicked);
+    connect(ui_right_->m_pBtn3D, &QPushButton::clicked, this, &CPreviewPTZWnd::OnThreeD);
+    connect(ui_right_->ptr_manual_track_btn_, &QPushButton::clicked, this,
+            &CPreviewPTZWnd::OnManualTrackingBtnClicked);
+    connect(ui_right_->ptr_face_capture_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnFaceCaptureBtnClicked);
+    connect(ui_right_->ptr_auto_track_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnAutoTrackBtnClicked);
+    connect(ui_right_->ptr_park_action_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnParkActionBtnClicked);
+    connect(ptr_update_ptz_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnUpdatePtzBtnClicked);
+    connect(ptr_recover_config_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnRecoverConfigBtnClicked);
+    connect(ui_right_->m_pTabWidget, &QTabWidget::currentChanged, this, &CPreviewPTZWnd::OnTabIndexChanged);
+
+    auto *getter = ptr_ptz_get_controller_.get();
+    connect(getter, &CPTZGetController::SignalGetPresetsSuc, this, &CPreviewPTZWnd::OnGetPresetSuc);
+    connect(getter, &CPTZGetController::SignalGetPresetsFailed, this, &CPreviewPTZWnd::OnGetPresetFailed);
+    connect(getter, &CPTZGetController::SignalSyncPresetsSuc, this, &CPreviewPTZWnd::OnSyncPresetsSuc);
+    connect(getter, &CPTZGetController::SignalSyncPresetsFailed, this, &CPreviewPTZWnd::OnSyncPresetsFailed);
+    connect(getter, &CPTZGetController::SignalGetAllPatrolsSuc, this, &CPreviewPTZWnd::OnGetAllPatrolsSuc);
+    connect(getter, &CPTZGetController::SignalGetAllPatrolsFailed, this, &CPreviewPTZWnd::OnGetAllPatrolsFailed);
+    connect(getter, &CPTZGetController::SignalGetSinglePatrolSuc, this, &CPreviewPTZWnd::OnGetSinglePatrolSuc);
+    connect(getter, &CPTZGetController::SignalGetPatrolFailed, this, &CPreviewPTZWnd::OnGetPatrolFailed);
+    connect(getter, &CPTZGetController::SignalGetPatrolTypeSuc, this, &CPreviewPTZWnd::OnGetPatrolTypeSuc);
+    connect(getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete, this,
+            &CPreviewPTZWnd::OnGetPatrolTypeSucBeforeDelete);
+    connect(getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen, this,
+            &CPreviewPTZWnd::OnGetPatrolTypeSucBeforeOpen);
+    connect(getter, &CPTZGetController::SignalSetPatrolFailed, this, &CPreviewPTZWnd::OnSetPatrolFailed);
+    connect(getter, &CPTZGetController::SignalSetHardwarePatrolFinished, this,
+            &CPreviewPTZWnd::OnSetHardwarePatrolFinish);
+    connect(getter, &CPTZGetController::SignalSetSoftwarePatrolFinished, this,
+            &CPreviewPTZWnd::OnSetSoftwarePatrolFinish);
+    connect(getter, &CPTZGetController::SignalGetAllPatternsSuc, this, &CPreviewPTZWnd::OnGetAllPatternsSuc);
+    connect(getter, &CPTZGetController::SignalGetAllPatternsFailed, this, &CPreviewPTZWnd::OnGetAllPatternsFailed);
+    connect(getter, &CPTZGetController::SignalGetPTZLockStatusSuc, this, &CPreviewPTZWnd::OnGetPTZLockStatusSuc);
+    connect(getter, &CPTZGetController::SignalGetPTZLockStatusFailed, this,
+            &CPreviewPTZWnd::OnGetPTZLockStatusFailed);
+
+    if (ptr_software_controller_) {
+        connect(ptr_software_controller_.get(),
+                &zeph_ptz_controller::CBaseSoftwarePtzControllor::SignalAutoPanRunningState, this,
+                &CPreviewPTZWnd::OnSoftwareAutoPanRunningState);
+        connect(ptr_software_controller_.get(),
+                &zeph_ptz_controller::CBaseSoftwarePtzControllor::SignalPatrolRunningState, this,
+                &CPreviewPTZWnd::OnSoftwarePatrolRunningState);
+    }
+
+    connect(StateStorage(), &zeph_ptz_controller::CPTZStateStorageManager::SignalInterruptTimeout, this,
+            &CPreviewPTZWnd::OnInterruptPatrolTimeOut);
+}
+
+void CPreviewPTZWnd::ConnectPTZControllerSingal(bool b_connect)
+{
+    CUniversalPTZController *controller = ptr_ptz_controller_.get();
+    if (!controller)
+        return;
+    if (!b_connect) {
+        disconnect(controller, nullptr, this, nullptr);
+        return;
+    }
+    // The controller names the camera first; the panel's handlers take the owner first.
+    connect(controller, &CUniversalPTZController::SignalExecutionSucceeded, this,
+            [this](const QString &camera_index_code, const QString &owner_index_code,
+                   const ptz_plugin_protocol::PTZControlCommand &command) {
+                OnPTZControlSuccess(owner_index_code, camera_index_code, command);
+            });
+    connect(controller, &CUniversalPTZController::SignalExecutionFailed, this,
+            [this](const QString &camera_index_code, const QString &owner_index_code, int error_code, int command) {
+                OnPTZControlFailed(owner_index_code, camera_index_code, error_code, command);
+            });
+    connect(controller, &CUniversalPTZController::SignalMessageTipNeeded, this,
+            &CPreviewPTZWnd::SignalMessageTipNeeded);
+    connect(controller, &CUniversalPTZController::SignalPTZAutoTrackState, this,
+            &CPreviewPTZWnd::OnAutoTrackStateChanged);
+    connect(controller, &CUniversalPTZController::SignalPTZPanelInterrupt, this,
+            &CPreviewPTZWnd::OnStopAutoScanCruiseTrail);
+    connect(controller, &CUniversalPTZController::SignalSeizedByOtherUser, this,
+            &CPreviewPTZWnd::OnSeizedByOtherUser);
+    connect(controller, &CUniversalPTZController::signalCruiseFinished, this, &CPreviewPTZWnd::OnCruiseControlFinish);
+    connect(controller, &CUniversalPTZController::signalPresetFinished, this, &CPreviewPTZWnd::OnPresetControlFinish);
+}
+
+void CPreviewPTZWnd::SetPTZController(std::shared_ptr<CUniversalPTZController> ptz_controller,
+                                      CVirtualPtzControllor *virtual_controller)
+{
+    ConnectPTZControllerSingal(false);
+    ptr_ptz_controller_ = std::move(ptz_controller);
+    ConnectPTZControllerSingal(true);
+
+    if (ptr_virtual_controller_)
+        disconnect(ptr_virtual_controller_, &CVirtualPtzControllor::SignalCruiseStateChanged, this,
+                   &CPreviewPTZWnd::OnVirtualCruiseStateChanged);
+    ptr_virtual_controller_ = virtual_controller;
+    if (ptr_virtual_controller_)
+        connect(ptr_virtual_controller_, &CVirtualPtzControllor::SignalCruiseStateChanged, this,
+                &CPreviewPTZWnd::OnVirtualCruiseStateChanged);
+}
+
+void CPreviewPTZWnd::SetSoftwarePTZController(
+    std::shared_ptr<zeph_ptz_controller::CBaseSoftwarePtzControllor> controller)
+{
+    if (ptr_software_controller_)
+        disconnect(ptr_software_controller_.get(), nullptr, this, nullptr);
+    ptr_software_controller_ = std::move(controller);
+    if (!ptr_software_controller_)
+        return;
+    connect(ptr_software_controller_.get(), &zeph_ptz_controller::CBaseSoftwarePtzControllor::SignalAutoPanRunningState,
+            this, &CPreviewPTZWnd::OnSoftwareAutoPanRunningState);
+    connect(ptr_software_controller_.get(), &zeph_ptz_controller::CBaseSoftwarePtzControllor::SignalPatrolRunningState,
+            this, &CPreviewPTZWnd::OnSoftwarePatrolRunningState);
+}
+
+bool CPreviewPTZWnd::HasAbility(int ability) const
+{
+    return CheckAbility(camera_index_code_, static_cast<ResourceData::CameraAbilityType>(ability));
+}
+
+void CPreviewPTZWnd::SetLockFrameIdle()
+{
+    ui_left_->pLockFrame->ShowPage(0);
+}
+
+void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &camera_index_code, bool, bool)
+{
+    if (owner_index_code == owner_index_code_ && camera_index_code == camera_index_code_)
+        return;
+
+    // Whatever is held belongs to the previous binding: stop it before the camera changes.
+    ReleaseHeldMotion();
+
+    auto *config = Config();
+    if (camera_index_code.isEmpty()) {
+        camera_index_code_ = camera_index_code;
+        if (config->IsSupportPTZLock())
+            SetLockFrameIdle();
+        else
+            ui_left_->pLockFrame->hide();
+        camera_index_code_.clear();
+        owner_index_code_.clear();
+        InitPtzState(PTZWndNone);
+        if (ptr_software_controller_ && ptr_software_controller_->GetSoftwareControllor())
+            ptr_software_controller_->GetSoftwareControllor()->SetFishEyeWndOpen(false);
+        return;
+    }
+
+    const auto camera = Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetCameraByID(
+        camera_index_code.toStdString());
+    b_cascade_ = camera ? camera->IsCascade() : false;
+
+    if (!zeph_ptz_controller::CCommonFunction::IsCameraPermissionValid(owner_index_code, camera_index_code,
+                                                                       ResourceData::PERMISSION_PTZ_CONTROL)) {
+        camera_index_code_.clear();
+        InitPtzState(PTZWndNone);
+        SetLockFrameIdle();
+        return;
+    }
+    if (!CheckAbility(camera_index_code, ResourceData::ABILITY_PTZ) && !b_cascade_) {
+        camera_index_code_.clear();
+        InitPtzState(PTZWndNone);
+        SetLockFrameIdle();
+        return;
+    }
+
+    // A cascaded camera is reached through another site, which passes on moves only.
+    const QString cascade_tip =
+        b_cascade_ ? tr("Corvo-ControlClient.076b8e1c619744ee8a8f04026e32bea4.msg") : QString();
+    for (QWidget *widget : {static_cast<QWidget *>(ui_right_->m_pBtnKeyFocus),
+                            static_cast<QWidget *>(ui_right_->m_pBtnLight),
+                            static_cast<QWidget *>(ui_right_->m_pBtnWiper),
+                            static_cast<QWidget *>(ui_right_->m_pBtnResetPos),
+                            static_cast<QWidget *>(ui_right_->m_pTabCruise),
+                            static_cast<QWidget *>(ui_right_->m_pTabPatten),
+                            static_cast<QWidget *>(ui_right_->ptr_park_action_btn_)})
+        widget->setEnabled(!b_cascade_);
+    QTabWidget *tabs = ui_right_->m_pTabWidget;
+    tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabCruise), cascade_tip);
+    tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabPatten), cascade_tip);
+    ui_right_->m_pTabCruise->setToolTip(cascade_tip);
+    ui_right_->m_pTabPatten->setToolTip(cascade_tip);
+
+    owner_index_code_ = owner_index_code;
+    camera_index_code_ = camera_index_code;
+    if (ptr_software_controller_ && ptr_software_controller_->GetSoftwareControllor())
+        b_software_ptz_ = ptr_software_controller_->GetSoftwareControllor()->IsFishEyeWndOpen();
+
+    b_park_action_perm_ = zeph_ptz_controller::CCommonFunction::IsCameraPermissionValid(
+        owner_index_code, camera_index_code, ResourceData::PERMISSION_PARK_ACTION_CONFIG);
+    StateStorage()->AddCamera(camera_index_code);
+
+    ui_right_->ptr_face_capture_btn_->setEnabled(HasAbility(ResourceData::ABILITY_FACE_CAPTURE));
+    ui_right_->ptr_manual_track_btn_->setEnabled(HasAbility(ResourceData::ABILITY_MANUAL_TRACK));
+    ui_right_->ptr_auto_track_btn_->setEnabled(HasAbility(ResourceData::ABILITY_AUTO_TRACK));
+    ui_right_->ptr_auto_track_btn_->setChecked(false);
+    ui_right_->ptr_park_action_btn_->setEnabled(HasAbility(ResourceData::ABILITY_PARK_ACTION) && b_park_action_perm_);
+
+    if (b_software_ptz_) {
+        if (ptr_software_controller_)
+            ptr_software_controller_->SetCamera(camera_index_code);
+        InitPtzState(PTZWndSoftware);
+    } else {
+        InitPtzState(PTZWndDevice);
+    }
+
+    if (panel_kind_ == 1) {
+        ui_left_->pLockFrame->setVisible(config->IsSupportPTZLock());
+        if (!lockStatusTimer->isActive())
+            lockStatusTimer->start(3000);
+        lockedByCamera[camera_index_code_] = false;
+        if (config->IsSupportPTZLock())
+            OnCheckPTZLockStatus();
+    }
+
+    ui_left_->ptr_cloud_->SetSectionChecked(CPTZCloud::Center,
+                                            StateStorage()->IsAutoScan(camera_index_code_, b_software_ptz_));
+    ResortPresetList();
+
+    if (HasAbility(ResourceData::ABILITY_PTZ) && !b_cascade_) {
+        if (!HasAbility(ResourceData::ABILITY_PAN))
+            ui_left_->ptr_cloud_->SetSectionsEnabled({1, 3, 4, 6, 7, 9}, false);
+        if (!HasAbility(ResourceData::ABILITY_TILT))
+            ui_left_->ptr_cloud_->SetSectionsEnabled({1, 2, 3, 7, 8, 9}, false);
+        ui_left_->pZoomInBtn->setEnabled(true);
+        ui_left_->pZoomOutBtn->setEnabled(true);
+        if (!HasAbility(ResourceData::ABILITY_ZOOM)) {
+            ui_left_->pZoomInBtn->setEnabled(false);
+            ui_left_->pZoomOutBtn->setEnabled(false);
+        }
+    }
+
+    OnTabIndexChanged(-1);
+    UpdatePTZWorkState();
+}
+
+void CPreviewPTZWnd::StopWork()
+{
+    SetCamera(QString(), QString(), false, false);
+    SetLockFrameIdle();
+    if (lockStatusTimer->isActive())
+        lockStatusTimer->stop();
+    if (ptr_ptz_get_controller_)
+        ptr_ptz_get_controller_->StopGettingData();
+}
+
+bool CPreviewPTZWnd::IsWorking() const
+{
+    return !camera_index_code_.isEmpty();
+}
+
+int CPreviewPTZWnd::GetUserPTZPerm(const std::string &user_id)
+{
+    ptz_plugin_protocol::GetUserPtzPermRequest request;
+    request.user_id = user_id;
+    ptz_plugin_protocol::GetUserPtzPermResponse response;
+    if (!Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->GetUserPTZPermission(
+            request, response))
+        return -1;
+    current_user_ptz_perm_ = response.ptz_level;
+    return current_user_ptz_perm_;
+}
+
+void CPreviewPTZWnd::SetUserPTZPerm()
+{
+    ui_left_->pLockFrame->SetUserLevel(GetUserPTZPerm(""));
+}
+
+void CPreviewPTZWnd::PTZConfigPermission(bool enabled)
+{
+    ui_right_->ptr_park_action_btn_->setEnabled(enabled);
+}
+
+void CPreviewPTZWnd::SetUIEnabled(bool, bool) {}
+
+void CPreviewPTZWnd::SetDelegateStateCallback(std::function<bool(PreviewPTZStruct::PreviewWndOperate &)> callback)
+{
+    delegate_state_callback_ = std::move(callback);
+}
+
+void CPreviewPTZWnd::SetPresetInfoCallback(std::function<void(ptz_plugin_protocol::PresetInfo &)> callback)
+{
+    preset_info_callback_ = std::move(callback);
+}
+
+void CPreviewPTZWnd::SetPtzTabNameCallback(std::function<void(bool)> callback)
+{
+    ptz_tab_name_callback_ = std::move(callback);
+}
+
+void CPreviewPTZWnd::InitPtzState(int type)
+{
+    wnd_type_ = static_cast<PTZWndType>(type);
+    InitPTZCloudState(type);
+    InitPresetTab();
+    InitPatrolTab();
+    InitPattenTab();
+    InitLightBtnState();
+    InitWiperBtnState();
+    InitPtzLockState();
+    InitOtherPtzState(type);
+    UpdateCurrentPtzPageState(false);
+    SetPresetType(type == PTZWndSoftware ? ptz_plugin_protocol::PRESET_TYPE_FISHEYE
+                                         : ptz_plugin_protocol::PRESET_TYPE_DEVICE);
+    if (type == PTZWndNone) {
+        Init3DPositionBtnState(false);
+        InitManualTrack(false);
+        InitFaceCapture(false);
+        ui_right_->ptr_auto_track_btn_->setChecked(false);
+    }
+
+    const auto camera = camera_index_code_.isEmpty()
+                            ? nullptr
+                            : Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetCameraByID(
+                                  camera_index_code_.toStdString());
+    if (camera && camera->GetAccessProtocol() == ResourceData::ACCESS_PROTOCOL_NO_PTZ_REFRESH)
+        ptr_update_ptz_btn_->setEnabled(false);
+    else
+        ptr_update_ptz_btn_->setEnabled(type != PTZWndNone);
+
+    InitPtzGetterControllor();
+    InitPtzSetterControllor();
+}
+
+void CPreviewPTZWnd::InitPTZCloudState(int type)
+{
+    UpdateAutoPanWorkState(false);
+    ui_left_->ptr_cloud_->SetSectionsEnabled({1, 2, 3, 4, 5, 6, 7, 8, 9}, type != PTZWndNone);
+}
+
+void CPreviewPTZWnd::InitLightBtnState()
+{
+    light_status_timer_->stop();
+    b_light_on_ = false;
+    b_light_blink_ = false;
+    ui_right_->m_pBtnLight->setChecked(false);
+    RenameAndPolish(ui_right_->m_pBtnLight, ThemedName(QStringLiteral("m_pBtnLight")));
+}
+
+void CPreviewPTZWnd::InitWiperBtnState()
+{
+    wiper_status_timer_->stop();
+    b_wiper_on_ = false;
+    b_wiper_blink_ = false;
+    ui_right_->m_pBtnWiper->setChecked(false);
+    RenameAndPolish(ui_right_->m_pBtnWiper, ThemedName(QStringLiteral("m_pBtnWiper")));
+}
+
+void CPreviewPTZWnd::InitManualTrack(bool checked)
+{
+    ui_right_->ptr_manual_track_btn_->setChecked(checked);
+}
+
+void CPreviewPTZWnd::InitFaceCapture(bool checked)
+{
+    ui_right_->ptr_face_capture_btn_->setChecked(checked);
+}
+
+void CPreviewPTZWnd::Init3DPositionBtnState(bool) {}
+
+void CPreviewPTZWnd::InitOtherPtzState(int type)
+{
+    auto *config = Config();
+    QTabWidget *tabs = ui_right_->m_pTabWidget;
+    switch (type) {
+    case PTZWndDevice: {
+        ui_right_->m_pAppendFunFrame->setEnabled(true);
+        ui_left_->pLockFrame->setVisible(config->IsSupportPTZLock());
+        UpdateZoomPannelState(false);
+        const bool patterns = HasAbility(ResourceData::ABILITY_PATTERN);
+        tabs->setTabVisible(tabs->indexOf(ui_right_->m_pTabPatten), patterns);
+        tabs->setProperty("tabstyle", patterns ? QStringLiteral("Three_tab") : QStringLiteral("Two_tab"));
+        ModifyTabWidth(patterns);
+        tabs->setEnabled(true);
+        break;
+    }
+    case PTZWndSoftware:
+        ui_right_->m_pAppendFunFrame->setEnabled(true);
+        UpdateZoomPannelState(true);
+        tabs->setTabVisible(tabs->indexOf(ui_right_->m_pTabPatten), false);
+        tabs->setProperty("tabstyle", QStringLiteral("Two_tab"));
+        ModifyTabWidth(false);
+        tabs->setEnabled(true);
+        break;
+    default: {
+        ui_right_->m_pAppendFunFrame->setEnabled(false);
+        ui_left_->pLockFrame->setVisible(config->IsSupportPTZLock());
+        UpdateZoomPannelState(false);
+        const bool third = tabs->isTabVisible(tabs->indexOf(ui_right_->m_pTabPatten));
+        tabs->setProperty("tabstyle", third ? QStringLiteral("Three_tab") : QStringLiteral("Two_tab"));
+        break;
+    }
+    }
+    Repolish(tabs);
+}
+
+void CPreviewPTZWnd::InitPtzGetterControllor()
+{
+    if (ptr_ptz_get_controller_)
+        ptr_ptz_get_controller_->SetCamera(camera_index_code_);
+}
+
+void CPreviewPTZWnd::InitPtzSetterControllor() {}
+
+void CPreviewPTZWnd::UpdatePTZWorkState()
+{
+    if (camera_index_code_.isEmpty() || !ptr_ptz_controller_ || b_software_ptz_)
+        return;
+    auto *storage = StateStorage();
+    UpdateLightState(storage->IsLight(camera_index_code_));
+    UpdateWiperState(storage->IsWiper(camera_index_code_));
+    UpdateAutoPanWorkState(storage->IsAutoScan(camera_index_code_, false));
+    UpdatePattenPageState();
+    const int cruise = storage->GetRunningCruise(camera_index_code_);
+    if (cruise > 0) {
+        UpdatePatrolPageState(true, cruise - 1);
+    } else if (ptr_virtual_controller_) {
+        unsigned running_cruise = 0;
+        const bool running = ptr_virtual_controller_->GetRunningState(running_cruise);
+        UpdatePatrolPageState(running, static_cast<int>(running_cruise) - 1);
+    }
+    if (HasAbility(ResourceData::ABILITY_AUTO_TRACK)) {
+        ptz_plugin_protocol::GetAutoTrackRequest request;
+        request.camera_index_code = camera_index_code_.toStdString();
+        ptr_ptz_controller_->GetAutoTrack(request);
+    }
+}
+
+void CPreviewPTZWnd::UpdateCurrentPtzPageState(bool b_working)
+{
+    // While a list request or an edit runs, the tab bar stays put so the answer lands on its page.
+    ui_right_->m_pTabWidget->tabBar()->setEnabled(!b_working);
+}
+
+void CPreviewPTZWnd::OnTabIndexChanged(int)
+{
+    if (!ptr_ptz_get_controller_)
+        return;
+    QWidget *page = ui_right_->m_pTabWidget->currentWidget();
+    if (page == ui_right_->m_pTabPreset) {
+        InitPresetTab();
+        ui_right_->ptr_line_edit_->clear();
+        InitPatrolTab();
+        if (!camera_index_code_.isEmpty()) {
+            ptr_ptz_get_controller_->StartGetPresets(camera_index_code_);
+            ui_right_->m_pTabPreset->setEnabled(false);
+        }
+    } else if (page == ui_right_->m_pTabCruise) {
+        ui_right_->pPatrolModifyFrame->hide();
+        ui_right_->m_pTreeViewPatrol->show();
+        ui_right_->pPatrolNameLabel->setText(tr("ThePathToThe%wFHUZzrWxBzbnqaB").arg(remembered_patrol_no_));
+        if (!b_cascade_ && !camera_index_code_.isEmpty()) {
+            ptr_ptz_get_controller_->StartGetPresets(camera_index_code_);
+            ptr_ptz_get_controller_->StartGetAllPatrols(camera_index_code_);
+        }
+        UpdateCurrentPtzPageState(false);
+        if (wnd_type_ == PTZWndSoftware)
+            OnFishEyePlayDisplayWndPress();
+        ui_right_->m_pTabCruise->hide();
+        ui_right_->m_pTabCruise->show();
+    } else if (page == ui_right_->m_pTabPatten) {
+        if (!camera_index_code_.isEmpty())
+            ptr_ptz_get_controller_->StartGetPatterns(camera_index_code_);
+    }
+}
+
+} // namespace PreviewPTZControl

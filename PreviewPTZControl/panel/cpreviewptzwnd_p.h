@@ -1,0 +1,45 @@
+#pragma once
+
+// Shared by the sources of CPreviewPTZWnd only.
+
+#include "tarn/base/singleton.h"
+
+#include "ptz_plugin_protocol/resourcedata.h"
+#include "zeph_ptz_controller/ccommonfunction.h"
+#include "zeph_ptz_controller/cptzconfigmanager.h"
+#include "zeph_ptz_controller/cptzstatestoragemanager.h"
+
+#include <QString>
+#include <QStyle>
+#include <QWidget>
+
+namespace PreviewPTZControl {
+namespace PanelPrivate {
+
+inline zeph_ptz_controller::CPTZStateStorageManager *StateStorage()
+{
+    return Tarn::Base::CSingleton<zeph_ptz_controller::CPTZStateStorageManager>::Instance();
+}
+
+inline zeph_ptz_controller::CPTZConfigManager *Config()
+{
+    return Tarn::Base::CSingleton<zeph_ptz_controller::CPTZConfigManager>::Instance();
+}
+
+inline bool CheckAbility(const QString &camera_index_code, ResourceData::CameraAbilityType ability)
+{
+    return zeph_ptz_controller::CCommonFunction::CheckAbility(camera_index_code, ability);
+}
+
+// Re-applies the style sheet rules after an object-name change.
+inline void Repolish(QWidget *widget)
+{
+    if (!widget)
+        return;
+    widget->style()->unpolish(widget);
+    widget->style()->polish(widget);
+    widget->update();
+}
+
+} // namespace PanelPrivate
+} // namespace PreviewPTZControl
