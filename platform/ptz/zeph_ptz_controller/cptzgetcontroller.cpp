@@ -361,7 +361,7 @@ void CPTZGetController::OnDriverReplied(const ptz_devices::DriverReply &reply)
     case Query::PatrolTypeDelete: {
         const auto device = reply.result.value<QVector<ptz_devices::DevicePatrol>>();
         if (query->kind == Query::AllPatrols) {
-            // Stored as the client's list: device patrols in by_slot the client does not keep.
+            // Stored as the client's list: device patrols in slots the client does not keep.
             QMap<int, CruiseInfo> by_slot;
             for (const ptz_devices::DevicePatrol &p : device) {
                 if (p.points.isEmpty())

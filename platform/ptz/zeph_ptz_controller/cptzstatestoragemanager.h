@@ -29,6 +29,10 @@ public:
     // Default waiting time before an interrupted patrol or pattern resumes.
     static constexpr int kDefaultInterruptWaitMs = 15000;
 
+    // Waiting time the controllers use when they record an interruption.
+    int GetInterruptWaitTime() const { return m_interrupt_wait_ms; }
+    void SetInterruptWaitTime(int wait_ms) { m_interrupt_wait_ms = qMax(0, wait_ms); }
+
     void AddCamera(const QString &camera_index_code);
     bool HasCamera(const QString &camera_index_code) const;
     // Forgets everything about the camera (and drops a pending resume).
@@ -98,6 +102,7 @@ private:
     void OnInterruptTimer(const QString &camera_index_code);
 
     QHash<QString, CameraState *> m_states;
+    int m_interrupt_wait_ms = kDefaultInterruptWaitMs;
 };
 
 } // namespace zeph_ptz_controller

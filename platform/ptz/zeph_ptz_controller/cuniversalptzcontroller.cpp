@@ -559,20 +559,25 @@ void CUniversalPTZController::HandleManualInterrupt(const PTZControlCommand &com
         return;
     if (CPTZConfigManager::Instance()->ResumeCruiseAfterInterrupt()) {
         if (cruise > 0) {
-            storage->SetInterruptCruise(camera, cruise, CPTZStateStorageManager::kDefaultInterruptWaitMs, this,
+            storage->SetInterruptCruise(camera, cruise, storage->GetInterruptWaitTime(), this,
                                         [this, camera, cruise] { ResumeInterrupted(camera, true, cruise); });
         } else if (pattern > 0) {
-            storage->SetInterruptPattern(camera, pattern, CPTZStateStorageManager::kDefaultInterruptWaitMs, this,
+            storage->SetInterruptPattern(camera, pattern, storage->GetInterruptWaitTime(), this,
                                          [this, camera, pattern] { ResumeInterrupted(camera, false, pattern); });
         }
     }
     ZEPH_LOG_INFO("manual control of %s interrupts auto-scan %d, patrol %d, pattern %d", qUtf8Printable(camera),
                   int(auto_scan), cruise, pattern);
-    emit SignalPTZPanelInterrupt(owner, camera, false, cruise > 0 ? cruise : -1);
-    // Panels may have cleared these already; the camera stops them in any case.
-    storage->SetAutoScan(camera, false, false);
-    storage->SetCruising(camera, false, -1);
-    storage->SetRunningPattern(camera, -1);
+    // The notice goes out from the event loop, ahead of the move's answer,
+    // while the state storage still shows what ran.
+    QTimer::singleShot(0, this, [this, owner, camera, cruise] {
+        emit SignalPTZPanelInterrupt(owner, camera, false, cruise > 0 ? cruise : -1);
+        // Panels may have cleared these already; the camera stops them in any case.
+        CPTZStateStorageManager *storage = Storage();
+        storage->SetAutoScan(camera, false, false);
+        storage->SetCruising(camera, false, -1);
+        storage->SetRunningPattern(camera, -1);
+    });
 }
 
 void CUniversalPTZController::ResumeInterrupted(const QString &camera, bool is_patrol, int index)

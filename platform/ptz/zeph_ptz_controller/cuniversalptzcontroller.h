@@ -50,11 +50,12 @@ namespace zeph_ptz_controller {
 // seconds 1..3600, 0 means 300), 201 unlock, 206 one-key focus, 207 lens
 // initialisation.
 //
-// Lock rule: a camera locked by another user refuses commands (code
-// kErrorLockedByOther, SignalSeizedByOtherUser(camera)) except stops of
-// continuous moves, which always go through. A user of a higher PTZ level
-// takes the camera over with command 200; the former holder's panels learn it
-// through SignalSeizedByOtherUser.
+// Lock rule: a camera locked by another user of a higher or equal PTZ level
+// refuses commands (code kErrorLockedByOther, then
+// SignalSeizedByOtherUser(camera)), except stops of continuous moves, which
+// always go through. A user who outranks the holder keeps control and takes
+// the lock over with command 200; the former holder's panels learn it through
+// SignalSeizedByOtherUser.
 //
 // A manual move or zoom (11, 12, 21-28 started) on a camera that runs
 // auto-scan, a patrol or a pattern emits SignalPTZPanelInterrupt(owner,
