@@ -160,6 +160,25 @@ std::unique_ptr<CSiteStore> g_current;
 std::atomic<quint64> g_generation{1};
 std::atomic<int> g_connectionCounter{0};
 
+// The SQL driver must not outlive the application object: drop the current
+// store when the application ends rather than at static destruction.
+void dropCurrentAtExit()
+{
+    std::unique_ptr<CSiteStore> old;
+    QMutexLocker lock(&g_currentMutex);
+    old = std::move(g_current);
+    ++g_generation;
+}
+
+void registerExitCleanup()
+{
+    static bool registered = false;
+    if (!registered && QCoreApplication::instance()) {
+        registered = true;
+        qAddPostRoutine(dropCurrentAtExit);
+    }
+}
+
 } // namespace
 
 // ---------------------------------------------------------------- lifetime
@@ -374,6 +393,7 @@ CSiteStore *CSiteStore::Current()
         const QStringList args = QCoreApplication::instance() ? QCoreApplication::arguments() : QStringList();
         g_current = Open(ResolvePath(args));
         ++g_generation;
+        registerExitCleanup();
     }
     return g_current.get();
 }
@@ -386,6 +406,7 @@ void CSiteStore::InstallCurrent(std::unique_ptr<CSiteStore> store)
         old = std::move(g_current);
         g_current = std::move(store);
         ++g_generation;
+        registerExitCleanup();
     }
 }
 

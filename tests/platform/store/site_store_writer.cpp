@@ -1,5 +1,6 @@
 // Writes numbered device-state rows, one transaction each, and prints the
-// number after every commit, until it is killed.
+// number after every commit, until it is killed. With --current FILE it only
+// opens FILE as the process's current store and returns, to check a clean exit.
 #include "site_store/csitestore.h"
 
 #include <QCoreApplication>
@@ -14,6 +15,11 @@ int main(int argc, char **argv)
     if (argc < 2) {
         std::fprintf(stderr, "usage: site_store_writer FILE\n");
         return 2;
+    }
+    if (qstrcmp(argv[1], "--current") == 0 && argc > 2) {
+        qputenv(site_store::CSiteStore::kPathEnvVar, argv[2]);
+        std::printf("%d\n", int(site_store::CSiteStore::Current()->cameras().size()));
+        return 0;
     }
     auto store = site_store::CSiteStore::Open(QString::fromLocal8Bit(argv[1]));
     if (store->isFallback()) {

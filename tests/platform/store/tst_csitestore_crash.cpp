@@ -20,6 +20,7 @@ class TestSiteStoreCrash : public QObject
 private Q_SLOTS:
     void killedWriterLeavesCommittedRows_data();
     void killedWriterLeavesCommittedRows();
+    void processEndsCleanlyWithCurrentStore();
 };
 
 void TestSiteStoreCrash::killedWriterLeavesCommittedRows_data()
@@ -72,6 +73,19 @@ void TestSiteStoreCrash::killedWriterLeavesCommittedRows()
     }
     // The demo site written before the first row survived as well.
     QCOMPARE(store->cameras().size(), 5);
+}
+
+// Regression: the current store outlived the application object and the SQL
+// driver crashed at static destruction.
+void TestSiteStoreCrash::processEndsCleanlyWithCurrentStore()
+{
+    QTemporaryDir dir;
+    QProcess process;
+    process.start(QStringLiteral(SITE_STORE_WRITER), {QStringLiteral("--current"), dir.filePath(QStringLiteral("s.sqlite"))});
+    QVERIFY(process.waitForFinished(30000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("5"));
 }
 
 QTEST_GUILESS_MAIN(TestSiteStoreCrash)
