@@ -9,10 +9,10 @@ inline constexpr const char *kSimulatedKind = "simulated";
 
 // Cameras (models "speed-dome", "ptz-no-pattern", "box-zoom", "fisheye", "cascaded")
 inline constexpr const char *kSpeedDome = "demo-speed-dome";     // every ability
-inline constexpr const char *kPtzNoPattern = "demo-ptz-basic";   // PTZ without patterns (no 46)
-inline constexpr const char *kBoxZoom = "demo-box-zoom";         // zoom only: abilities 1 and 50
-inline constexpr const char *kFishEye = "demo-fisheye";          // software PTZ on a fish-eye picture
-inline constexpr const char *kCascade = "demo-cascade";          // reached through a cascaded site
+inline constexpr const char *kPtzNoPattern = "demo-ptz-basic";   // every ability but patterns (46)
+inline constexpr const char *kBoxZoom = "demo-box-zoom";         // zoom only: abilities 1 and 50, no 48/49
+inline constexpr const char *kFishEye = "demo-fisheye";          // ability 1 only; software PTZ on a fish-eye picture
+inline constexpr const char *kCascade = "demo-cascade";          // cascaded, access protocol 9, every ability
 
 // Users (PTZ levels 50, 20, 80, 50); all hold 15 and 796 on all cameras
 // except kNoPark, who lacks 796.
