@@ -133,6 +133,11 @@ void CPTZGetController::StopGettingData()
     d->pending.clear();
 }
 
+void CPTZGetController::ClearCachedData()
+{
+    detail::CPTZDataCache::Instance()->Clear();
+}
+
 void CPTZGetController::OnPresetsChanged(const QString &camera_index_code)
 {
     if (!camera_index_code.isEmpty() && camera_index_code == d->camera)

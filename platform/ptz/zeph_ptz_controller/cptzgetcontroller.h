@@ -89,6 +89,9 @@ public:
     bool GetPTZLockStatus(const QString &camera_index_code, ptz_plugin_protocol::PTZLockStatusResponse &status);
 
     void StopGettingData();
+    // Forgets every list and status read so far (all getters share them);
+    // for a switch of the site store and for tests.
+    static void ClearCachedData();
     // Queries sent and not answered yet.
     int PendingQueryCount() const;
 

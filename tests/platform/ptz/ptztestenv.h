@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zeph_ptz_controller/cptzgetcontroller.h"
 #include "zeph_ptz_controller/cptzstatestoragemanager.h"
 
 #include "ptz_devices/csimclock.h"
@@ -23,6 +24,7 @@ public:
         m_clock = new ptz_devices::CSimClock(ptz_devices::CSimClock::Mode::Manual);
         manager()->SetSimClock(m_clock);
         zeph_ptz_controller::CPTZStateStorageManager::Instance()->Clear();
+        zeph_ptz_controller::CPTZGetController::ClearCachedData();
         zeph_ptz_controller::CPTZStateStorageManager::Instance()->SetInterruptWaitTime(
             zeph_ptz_controller::CPTZStateStorageManager::kDefaultInterruptWaitMs);
     }
