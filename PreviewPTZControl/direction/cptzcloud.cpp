@@ -9,6 +9,7 @@
 #include <QGraphicsScene>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 #include <QtMath>
 
@@ -486,6 +487,11 @@ const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr, bool 
     if (it != m_pixmapCache.end()) {
         return it.value();
     }
+    // Every panel of a live-view grid shows the same images: share renders across pads.
+    QPixmap shared;
+    if (QPixmapCache::find(QLatin1String("ptzcloud|") + key, &shared)) {
+        return m_pixmapCache.insert(key, shared).value();
+    }
 
     const QSize device = (QSizeF(rect.size()) * dpr).toSize();
     QImage image(device, QImage::Format_ARGB32_Premultiplied);
@@ -505,6 +511,7 @@ const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr, bool 
         pixmap = pixmap.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     pixmap.setDevicePixelRatio(dpr);
+    QPixmapCache::insert(QLatin1String("ptzcloud|") + key, pixmap);
     return m_pixmapCache.insert(key, pixmap).value();
 }
 
@@ -516,6 +523,11 @@ const QPixmap &CPTZCloud::StaticLayer(qreal dpr, bool white)
         + QString::number(cross.rgba())
         + QLatin1Char('|') + QString::number(diagonal.rgba());
     if (key == m_staticLayerKey && !m_staticLayer.isNull()) {
+        return m_staticLayer;
+    }
+    const QString sharedKey = QLatin1String("ptzcloud-layer|") + key;
+    if (QPixmapCache::find(sharedKey, &m_staticLayer)) {
+        m_staticLayerKey = key;
         return m_staticLayer;
     }
 
@@ -543,6 +555,7 @@ const QPixmap &CPTZCloud::StaticLayer(qreal dpr, bool white)
     }
     m_staticLayer = QPixmap::fromImage(image);
     m_staticLayerKey = key;
+    QPixmapCache::insert(sharedKey, m_staticLayer);
     return m_staticLayer;
 }
 
