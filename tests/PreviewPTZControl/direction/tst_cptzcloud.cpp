@@ -52,6 +52,8 @@ private slots:
 
     void hitTest_data();
     void hitTest();
+    void arrowRuleBoundaries_data();
+    void arrowRuleBoundaries();
     void sectionsAreNamedClockwiseFromUp();
 
     void releaseOnPressedArrow();
@@ -177,6 +179,31 @@ void TestCPTZCloud::hitTest()
     if (nearMiddle) {
         QCOMPARE(m_pad->sectionAt(point), -1);
     }
+}
+
+void TestCPTZCloud::arrowRuleBoundaries_data()
+{
+    QTest::addColumn<QPoint>("point");
+    QTest::addColumn<int>("section");
+    QTest::addColumn<bool>("hit");
+    // Points of the cross just at and just inside 29 from the centre on one axis.
+    QTest::newRow("left at -29") << QPoint(-29, 12) << 4 << true;
+    QTest::newRow("left at -28") << QPoint(-28, 12) << 4 << false;
+    QTest::newRow("up at -29") << QPoint(12, -29) << 2 << true;
+    QTest::newRow("up at -28") << QPoint(12, -28) << 2 << false;
+    QTest::newRow("right at 29") << QPoint(29, 12) << 6 << true;
+    QTest::newRow("right at 28") << QPoint(28, 12) << 6 << false;
+    QTest::newRow("down at 29") << QPoint(12, 29) << 8 << true;
+    QTest::newRow("down at 28") << QPoint(12, 28) << 8 << false;
+}
+
+void TestCPTZCloud::arrowRuleBoundaries()
+{
+    QFETCH(QPoint, point);
+    QFETCH(int, section);
+    QFETCH(bool, hit);
+    QVERIFY(m_pad->crossSection()->path.contains(point));
+    QCOMPARE(m_pad->hitSection(point, section), hit);
 }
 
 void TestCPTZCloud::sectionsAreNamedClockwiseFromUp()
