@@ -89,6 +89,9 @@ struct CUniversalPTZController::Private
     using Key = QPair<const QObject *, quint64>;
     QMap<Key, std::shared_ptr<CUniversalPTZController::Pending>> pending;
     QSet<const QObject *> connected_drivers;
+    // Cameras whose interruption notice is on its way; the camera's own
+    // report of the same interruption is then not repeated.
+    QSet<QString> notices_pending;
     QTimer *watchdog = nullptr;
     QElapsedTimer clock;
     int timeout_ms = 30000;
@@ -135,6 +138,15 @@ void CUniversalPTZController::EnsureConnected(IPtzDriver *driver)
                     if (!guard)
                         return;
                     const QString cam = guard->cameraId();
+                    if (d->notices_pending.contains(cam))
+                        return;
+                    // A pattern being started reports the patrol it ends once it is answered.
+                    for (const auto &pending : qAsConst(d->pending)) {
+                        if (pending->driver == guard && pending->kind == Pending::ControlCommand &&
+                            (pending->command.command == PTZ_CMD_PATTERN_RUN ||
+                             pending->command.command == PTZ_CMD_PATTERN_RECORD_START))
+                            return;
+                    }
                     CPTZStateStorageManager *storage = Storage();
                     // Interruptions this controller did not cause itself (a preset call,
                     // another client) still reach the panels.
@@ -570,7 +582,9 @@ void CUniversalPTZController::HandleManualInterrupt(const PTZControlCommand &com
                   int(auto_scan), cruise, pattern);
     // The notice goes out from the event loop, ahead of the move's answer,
     // while the state storage still shows what ran.
+    d->notices_pending.insert(camera);
     QTimer::singleShot(0, this, [this, owner, camera, cruise] {
+        d->notices_pending.remove(camera);
         emit SignalPTZPanelInterrupt(owner, camera, false, cruise > 0 ? cruise : -1);
         // Panels may have cleared these already; the camera stops them in any case.
         CPTZStateStorageManager *storage = Storage();

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void manualMoveInterruptsPatrol_data();
     void manualMoveInterruptsPatrol();
     void manualMoveStopsAutoScan();
+    void patternStartEndsPatrolOnce();
     void patternCommandsKeepRunningState();
     void lockAndUnlockRoundTrip();
     void lockHeldByAnother_data();
@@ -420,6 +421,23 @@ void TestUniversalPTZController::manualMoveStopsAutoScan()
     QCOMPARE(interrupt.at(0).at(3).toInt(), -1);
     QVERIFY(!Storage()->IsAutoScan(kDome, false));
     QVERIFY(!m_env.camera(demo::kSpeedDome)->status().autoScan);
+}
+
+void TestUniversalPTZController::patternStartEndsPatrolOnce()
+{
+    CUniversalPTZController controller;
+    preparePatrol(controller);
+    QSignalSpy ok(&controller, &CUniversalPTZController::SignalExecutionSucceeded);
+    QSignalSpy interrupt(&controller, &CUniversalPTZController::SignalPTZPanelInterrupt);
+    controller.Control(Cmd(kDome, 34, 0, 20, 1));
+    QTRY_COMPARE(ok.count(), 1);
+    settle(controller);
+    QCOMPARE(interrupt.count(), 1);
+    QCOMPARE(interrupt.at(0).at(2).toBool(), true); // ended by a pattern, not by a manual move
+    QCOMPARE(interrupt.at(0).at(3).toInt(), 1);
+    QVERIFY(!Storage()->IsCruising(kDome));
+    QCOMPARE(Storage()->GetRecordPattern(kDome), 1);
+    QCOMPARE(m_env.camera(demo::kSpeedDome)->status().runningPatrol, 0);
 }
 
 void TestUniversalPTZController::patternCommandsKeepRunningState()
