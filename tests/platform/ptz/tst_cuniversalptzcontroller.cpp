@@ -64,6 +64,7 @@ private Q_SLOTS:
     void lockHeldByAnother_data();
     void lockHeldByAnother();
     void autoTrackAnswersWithState();
+    void parkActionAndRecoveryReachCameraAndSite();
 
 private:
     // Runs `request` and waits until the controller holds no request.
@@ -585,6 +586,54 @@ void TestUniversalPTZController::autoTrackAnswersWithState()
     QTRY_COMPARE(state.count(), 3);
     QCOMPARE(state.at(2).at(2).toBool(), false);
     QCOMPARE(tips.count(), 1);
+}
+
+void TestUniversalPTZController::parkActionAndRecoveryReachCameraAndSite()
+{
+    ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
+    CUniversalPTZController controller;
+    QSignalSpy park(&controller, &CUniversalPTZController::SignalParkActionFinished);
+    QSignalSpy recover(&controller, &CUniversalPTZController::SignalCruiseRecoverFinished);
+    QSignalSpy tips(&controller, &CUniversalPTZController::SignalMessageTipNeeded);
+
+    SetParkActionRequest action;
+    action.camera_index_code = kDome.toStdString();
+    action.enabled = true;
+    action.wait_time = 720;
+    action.action_type = 3;
+    action.target_id = 2;
+    controller.SetParkAction(action);
+    QTRY_COMPARE(park.count(), 1);
+    QCOMPARE(park.at(0).at(1).toString(), QString());
+    QCOMPARE(cam->parkAction().waitingSeconds, 720);
+    QCOMPARE(cam->parkAction().type, ptz_devices::ParkActionType::Patrol);
+    GetParkActionRequest get;
+    get.camera_index_code = action.camera_index_code;
+    GetParkActionResponse stored;
+    QVERIFY(m_env.business()->GetPTZParkAction(get, stored));
+    QVERIFY(stored.enabled);
+    QCOMPARE(stored.wait_time, 720);
+    QCOMPARE(stored.target_id, 2);
+
+    // Switched off, the waiting time is recorded as 0 whatever was chosen.
+    SetPatrolRecoverConfigRequest recovery;
+    recovery.camera_index_code = kDome.toStdString();
+    recovery.enabled = false;
+    recovery.wait_time = 45;
+    controller.SetCruiseRecover(recovery);
+    QTRY_COMPARE(recover.count(), 1);
+    QCOMPARE(recover.at(0).at(1).toString(), QString());
+    QVERIFY(!cam->patrolRecovery().enabled);
+    QCOMPARE(cam->patrolRecovery().waitingSeconds, 0);
+    GetPatrolRecoverConfigRequest getRecovery;
+    getRecovery.camera_index_code = recovery.camera_index_code;
+    GetPatrolRecoverConfigResponse storedRecovery;
+    QVERIFY(m_env.business()->GetPatrolRecoverConfig(getRecovery, storedRecovery));
+    QCOMPARE(storedRecovery.wait_time, 0);
+
+    QCOMPARE(tips.count(), 2);
+    QCOMPARE(tips.at(0).at(1).toInt(), 3);
+    QCOMPARE(tips.at(1).at(1).toInt(), 3);
 }
 
 QTEST_GUILESS_MAIN(TestUniversalPTZController)
