@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace zeph_ptz_controller {
 
 struct CPTZStateStorageManager::CameraState
@@ -28,6 +30,12 @@ struct CPTZStateStorageManager::CameraState
     std::function<void()> resume;
 
     ~CameraState() { delete interrupt_timer; }
+};
+
+struct CPTZStateStorageManager::ResumeHandler
+{
+    QPointer<QObject> context;
+    std::function<void(bool, QString, int)> handler;
 };
 
 namespace {
@@ -207,6 +215,11 @@ void CPTZStateStorageManager::SetInterrupt(const QString &camera_index_code, boo
     if (camera_index_code.isEmpty() || index <= 0)
         return;
     CameraState &s = State(camera_index_code);
+    if (!resume && s.interrupt_index == index && s.interrupt_is_patrol == is_patrol && s.interrupt_timer &&
+        s.interrupt_timer->isActive())
+        return;
+    if (wait_ms < 0)
+        wait_ms = m_interrupt_wait_ms;
     s.interrupt_is_patrol = is_patrol;
     s.interrupt_index = index;
     s.interrupt_wait_ms = qMax(0, wait_ms);
@@ -223,6 +236,16 @@ void CPTZStateStorageManager::SetInterrupt(const QString &camera_index_code, boo
     ZEPH_LOG_INFO("%s %d of %s interrupted, resumes in %d ms", is_patrol ? "patrol" : "pattern", index,
                   qUtf8Printable(camera_index_code), s.interrupt_wait_ms);
     emit SignalStateChanged(camera_index_code);
+}
+
+void CPTZStateStorageManager::AddResumeHandler(QObject *context,
+                                               std::function<void(bool, QString, int)> handler)
+{
+    m_resume_handlers.erase(std::remove_if(m_resume_handlers.begin(), m_resume_handlers.end(),
+                                           [](const ResumeHandler &h) { return !h.context; }),
+                            m_resume_handlers.end());
+    if (context && handler)
+        m_resume_handlers.append({context, std::move(handler)});
 }
 
 bool CPTZStateStorageManager::IsInterruptCruise(const QString &camera_index_code, int &cruise_index) const
@@ -280,8 +303,17 @@ void CPTZStateStorageManager::OnInterruptTimer(const QString &camera_index_code)
         s->running_cruise = index;
     else
         s->running_pattern = index;
-    if (resume && context_alive)
-        resume();
+    if (resume) {
+        if (context_alive)
+            resume();
+    } else {
+        for (const ResumeHandler &h : qAsConst(m_resume_handlers)) {
+            if (h.context) {
+                h.handler(is_patrol, camera_index_code, index);
+                break;
+            }
+        }
+    }
     emit SignalStateChanged(camera_index_code);
     emit SignalInterruptTimeout(is_patrol, camera_index_code, index);
 }

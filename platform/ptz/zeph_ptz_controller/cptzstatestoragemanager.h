@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QObject>
 #include <QString>
+#include <QVector>
 
 #include <functional>
 
@@ -64,15 +65,20 @@ public:
     int GetRunningPattern(const QString &camera_index_code) const; // -1 when none
 
     // Interruption bookkeeping. Recording an interruption leaves the running
-    // state alone (whoever stops the patrol or pattern clears it); when the
-    // waiting time ends the patrol (pattern) is marked running again, `resume` runs (if its context still lives) and
+    // state alone (whoever stops the patrol or pattern clears it). When the
+    // waiting time (wait_ms; -1: GetInterruptWaitTime()) ends, the patrol
+    // (pattern) is marked running again, `resume` runs if its context still
+    // lives (without one, the first live resume handler does), and
     // SignalInterruptTimeout(is_patrol, camera, number) is emitted.
-    void SetInterruptCruise(const QString &camera_index_code, int cruise_index,
-                            int wait_ms = kDefaultInterruptWaitMs,
+    // Recording the same interruption again without a `resume` keeps the
+    // pending one as it is, so a panel and a controller may both record it.
+    void SetInterruptCruise(const QString &camera_index_code, int cruise_index, int wait_ms = -1,
                             QObject *context = nullptr, std::function<void()> resume = {});
-    void SetInterruptPattern(const QString &camera_index_code, int pattern,
-                             int wait_ms = kDefaultInterruptWaitMs,
+    void SetInterruptPattern(const QString &camera_index_code, int pattern, int wait_ms = -1,
                              QObject *context = nullptr, std::function<void()> resume = {});
+    // Who brings back an interrupted patrol or pattern recorded without its own
+    // `resume` (the device controllers register themselves).
+    void AddResumeHandler(QObject *context, std::function<void(bool is_patrol, QString camera_index_code, int index)> handler);
     bool IsInterruptCruise(const QString &camera_index_code, int &cruise_index) const;
     bool IsInterruptPattern(const QString &camera_index_code, int &pattern) const;
     // Another manual command during the wait starts the waiting time again.
@@ -103,6 +109,8 @@ private:
 
     QHash<QString, CameraState *> m_states;
     int m_interrupt_wait_ms = kDefaultInterruptWaitMs;
+    struct ResumeHandler;
+    QVector<ResumeHandler> m_resume_handlers;
 };
 
 } // namespace zeph_ptz_controller

@@ -104,6 +104,10 @@ CUniversalPTZController::CUniversalPTZController(QObject *parent) : QObject(pare
     d->watchdog = new QTimer(this);
     d->watchdog->setInterval(1000);
     connect(d->watchdog, &QTimer::timeout, this, &CUniversalPTZController::OnWatchdog);
+    // Interruptions recorded by panels (a preset call, a pattern) come back to a device controller.
+    Storage()->AddResumeHandler(this, [this](bool is_patrol, const QString &camera, int index) {
+        ResumeInterrupted(camera, is_patrol, index);
+    });
 }
 
 CUniversalPTZController::~CUniversalPTZController() = default;

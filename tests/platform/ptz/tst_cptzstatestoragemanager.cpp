@@ -48,6 +48,8 @@ private Q_SLOTS:
     void interruptionResumesAfterTheWait();
     void resumeSkippedWhenItsOwnerIsGone();
     void clearedInterruptionStaysSilent();
+    void secondRecordKeepsTheFirstResume();
+    void resumeHandlerBringsBackAPanelsInterruption();
     void panelsOfOneCameraShareTheState();
 
 private:
@@ -178,6 +180,39 @@ void TestPTZStateStorageManager::clearedInterruptionStaysSilent()
     QTRY_COMPARE(timeout.count(), 1);
     QCOMPARE(timeout.at(0).at(1).toString(), kDome);
     QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
+}
+
+void TestPTZStateStorageManager::secondRecordKeepsTheFirstResume()
+{
+    QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
+    int resumed = 0;
+    QObject owner;
+    Storage()->SetInterruptCruise(kOther, 2, 20, &owner, [&] { ++resumed; });
+    Storage()->SetInterruptCruise(kOther, 2); // a panel records the same interruption
+    QTRY_COMPARE(timeout.count(), 1);
+    QCOMPARE(resumed, 1);
+}
+
+void TestPTZStateStorageManager::resumeHandlerBringsBackAPanelsInterruption()
+{
+    // The camera patrols; a panel records the interruption itself, without a resume of its own.
+    ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
+    cam->setPreset(1, QStringLiteral("a"));
+    cam->setPreset(2, QStringLiteral("b"));
+    ptz_devices::DevicePatrolPoint p;
+    p.preset = 1;
+    p.speed = 20;
+    p.dwellSeconds = 5;
+    ptz_devices::DevicePatrolPoint q = p;
+    q.preset = 2;
+    cam->writePatrol(1, {p, q});
+    QTRY_COMPARE(cam->pendingRequestCount(), 0);
+    CUniversalPTZController controller;
+    Storage()->SetInterruptWaitTime(20);
+    Storage()->SetInterruptCruise(kDome, 1);
+    QCOMPARE(cam->status().runningPatrol, 0);
+    QTRY_COMPARE(cam->status().runningPatrol, 1);
+    QCOMPARE(Storage()->GetRunningCruise(kDome), 1);
 }
 
 void TestPTZStateStorageManager::panelsOfOneCameraShareTheState()
