@@ -412,6 +412,10 @@ void CUniversalPTZController::Control(const PTZControlCommand &command)
         // Locks are the site's bookkeeping, not the camera's.
         const std::string user = CCommonFunction::ResolveUser(pending->owner).toStdString();
         const std::string cam = command.camera_index_code;
+        if (!CCommonFunction::IsCameraPermissionValid(pending->owner, camera, ResourceData::PERMISSION_PTZ_CONTROL)) {
+            FailLater(pending, kErrorNoPermission, Tr("You have no PTZ control permission for this camera."));
+            return;
+        }
         if (code == PTZ_CMD_LOCK) {
             const int seconds = command.param == 0 ? detail::kDefaultLockSeconds : command.param;
             if (seconds < 1 || seconds > detail::kMaxLockSeconds) {

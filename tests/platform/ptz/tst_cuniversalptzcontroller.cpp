@@ -149,7 +149,8 @@ void TestUniversalPTZController::badInputAnswersOnceWithText_data()
                           "preset 0",              "preset 257",             "unknown preset operation",
                           "preset unknown camera", "patrol of 33 points",    "patrol point speed 41",
                           "patrol dwell 31 s",     "patrol number 9",        "patrol unknown camera",
-                          "virtual patrol dwell 10 s", "park wait 4 s",     "recovery wait 20 s"};
+                          "virtual patrol dwell 10 s", "park wait 4 s",     "recovery wait 20 s",
+                          "move without permission", "lock without permission"};
     for (const char *row : rows)
         QTest::newRow(row) << QString::fromLatin1(row);
 }
@@ -198,6 +199,16 @@ void TestUniversalPTZController::badInputAnswersOnceWithText()
         {"pattern 5", [&] { controller.Control(Cmd(kDome, 36, 0, 20, 5)); }},
         {"lock 3601 s", [&] { controller.Control(Cmd(kDome, 200, 1, 0, 3601)); }},
         {"move on zoom-only camera", [&] { controller.Control(Cmd(demo::kBoxZoom, 24, 0)); }},
+        {"move without permission",
+         [&] {
+             m_env.store()->revokePermission(demo::kOperator, site_store::CSiteStore::kAllCameras, 15);
+             controller.Control(Cmd(kDome, 24, 0));
+         }},
+        {"lock without permission",
+         [&] {
+             m_env.store()->revokePermission(demo::kOperator, site_store::CSiteStore::kAllCameras, 15);
+             controller.Control(Cmd(kDome, 200, 1, 0, 60));
+         }},
         {"preset 0", [&] { controller.Preset(preset("GotoPreset", 0)); }},
         {"preset 257", [&] { controller.Preset(preset("SetPreset", 257)); }},
         {"unknown preset operation", [&] { controller.Preset(preset("RenamePreset", 3)); }},
