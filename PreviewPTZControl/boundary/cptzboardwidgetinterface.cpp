@@ -20,8 +20,8 @@ CPTZBoardWidgetInterface::CPTZBoardWidgetInterface(unsigned int screen_index, bo
     ptr_ptz_controller_ = std::make_shared<zeph_ptz_controller::CUniversalPTZController>();
     ptr_preview_ptz_wnd_->SetPTZController(ptr_ptz_controller_, nullptr);
 
-    connect(ptr_ptz_controller_.get(), &zeph_ptz_controller::CUniversalPTZController::SignalMessageTipNeeded,
-            this, &CPTZBoardWidgetInterface::SignalMessageTipNeeded);
+    // The panel already passes its controller's tips on; a second direct connection from the
+    // controller would show every controller tip twice.
     connect(ptr_preview_ptz_wnd_, &CPreviewPTZWnd::SignalMessageTipNeeded, this,
             &CPTZBoardWidgetInterface::SignalMessageTipNeeded);
 }

@@ -19,6 +19,7 @@
 #include "zeph_ptz_controller/iptzfisheyecontroller.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QTimer>
 
@@ -91,6 +92,10 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     ui_right_->m_pBtnKeyFocus->setCheckable(false);
     ui_right_->m_pBtnResetPos->setCheckable(false);
     ui_right_->ptr_park_action_btn_->setCheckable(false);
+    // The captions of the function strip stay empty: the tool tips name the buttons.
+    for (QLabel *caption : {ui_right_->label_2, ui_right_->label_3, ui_right_->label_4, ui_right_->label_5,
+                            ui_right_->label_6, ui_right_->label_7, ui_right_->label_8})
+        caption->clear();
     ui_left_->ptr_label_slow_->setText(tr("Slow"));
     ui_left_->ptr_label_fast_->setText(tr("Fast"));
     UpdateFocusBtnState();

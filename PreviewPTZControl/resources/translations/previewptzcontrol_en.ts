@@ -1,0 +1,224 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US">
+<context>
+    <name>PreviewPTZControl::CPTZCloud</name>
+    <message>
+        <source>UpperLeft</source>
+        <translation>Up left</translation>
+    </message>
+    <message>
+        <source>TurnUp</source>
+        <translation>Tilt up</translation>
+    </message>
+    <message>
+        <source>UpperRight</source>
+        <translation>Up right</translation>
+    </message>
+    <message>
+        <source>TurningToTheLeft</source>
+        <translation>Pan left</translation>
+    </message>
+    <message>
+        <source>StartAuto-Scanning</source>
+        <translation>Start auto-scan</translation>
+    </message>
+    <message>
+        <source>StopAuto-Scanning</source>
+        <translation>Stop auto-scan</translation>
+    </message>
+    <message>
+        <source>ToTheRightTurn</source>
+        <translation>Pan right</translation>
+    </message>
+    <message>
+        <source>LowerLeft</source>
+        <translation>Down left</translation>
+    </message>
+    <message>
+        <source>TurnDown</source>
+        <translation>Tilt down</translation>
+    </message>
+    <message>
+        <source>LowerRight</source>
+        <translation>Down right</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CPreviewPTZWnd</name>
+    <message>
+        <source>UpdatePTZ</source>
+        <translation>Update PTZ information</translation>
+    </message>
+    <message>
+        <source>PatrolRecovery</source>
+        <translation>Patrol recovery</translation>
+    </message>
+    <message>
+        <source>AuxiliaryFocus</source>
+        <translation>One-key focus</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Light</translation>
+    </message>
+    <message>
+        <source>Wiper</source>
+        <translation>Wiper</translation>
+    </message>
+    <message>
+        <source>LensInitialization</source>
+        <translation>Lens initialization</translation>
+    </message>
+    <message>
+        <source>ManualTracking</source>
+        <translation>Manual tracking</translation>
+    </message>
+    <message>
+        <source>ManualFaceCapture</source>
+        <translation>Manual face capture</translation>
+    </message>
+    <message>
+        <source>3DPositioning</source>
+        <translation>3D positioning</translation>
+    </message>
+    <message>
+        <source>AutoTracking</source>
+        <translation>Auto tracking</translation>
+    </message>
+    <message>
+        <source>ParkAction</source>
+        <translation>Park action</translation>
+    </message>
+    <message>
+        <source>Slow</source>
+        <translation>Slow</translation>
+    </message>
+    <message>
+        <source>Fast</source>
+        <translation>Fast</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.076b8e1c619744ee8a8f04026e32bea4.msg</source>
+        <translation>Not available for a camera of a cascaded site.</translation>
+    </message>
+    <message>
+        <source>ThePathToThe%wFHUZzrWxBzbnqaB</source>
+        <translation>Path %1</translation>
+    </message>
+    <message>
+        <source>TrackOperationInProgkdawnXPU</source>
+        <translation>A pattern is being recorded on this camera.</translation>
+    </message>
+    <message>
+        <source>TrajectoryDeletionSusDBpbcFY</source>
+        <translation>Pattern deleted.</translation>
+    </message>
+    <message>
+        <source>Focus+</source>
+        <translation>Focus near</translation>
+    </message>
+    <message>
+        <source>AfterTheFocusAdjustment(-)</source>
+        <translation>Focus far</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.318e6af47a1443d4a0fa524f2e0e4003.msg</source>
+        <translation>PTZ of %1 is locked by %3 (level %2); %4 remaining.</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.83f5f3553ca74918b81fa92d748d93ea.msg</source>
+        <translation>PTZ of %1 is locked by %3 (level %2); you may take it over.</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.GetPtzConfigurationSuccess.msg</source>
+        <translation>PTZ information updated.</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Preset</translation>
+    </message>
+    <message>
+        <source>Patrol</source>
+        <translation>Patrol</translation>
+    </message>
+    <message>
+        <source>Pattern</source>
+        <translation>Pattern</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Edit</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Call</source>
+        <translation>Call</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CPTZPanelLeft</name>
+    <message>
+        <source>Slow</source>
+        <translation>Slow</translation>
+    </message>
+    <message>
+        <source>Fast</source>
+        <translation>Fast</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CPTZPanelRight</name>
+    <message>
+        <source>Preset</source>
+        <translation>Preset</translation>
+    </message>
+    <message>
+        <source>(0/0)</source>
+        <translation>(0/0)</translation>
+    </message>
+    <message>
+        <source>Patrol</source>
+        <translation>Patrol</translation>
+    </message>
+    <message>
+        <source>TheNameOfTheCruisexXBdqkYbSX</source>
+        <translation>Patrol name</translation>
+    </message>
+    <message>
+        <source>delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>UnderTheE41GE064</source>
+        <translation>Move down</translation>
+    </message>
+    <message>
+        <source>PresetPointTypeqTNqFYKAXXGm</source>
+        <translation>Preset type</translation>
+    </message>
+    <message>
+        <source>DevicePresetPointCSKgdZtSsjR</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>VirtualPresetPointAhLADYAAWH</source>
+        <translation>Virtual</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Pattern</source>
+        <translation>Pattern</translation>
+    </message>
+</context>
+</TS>
