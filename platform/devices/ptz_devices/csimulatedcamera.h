@@ -125,7 +125,9 @@ public:
     // no control time); stops whatever moves or runs.
     void setPosition(double pan, double tilt, double zoom = 1.0);
 
-    // Drops the connection: pending requests fail, later ones fail until reconnect.
+    // Drops the connection: pending requests fail, later ones fail until
+    // reconnect. Held moves stop (nobody could release them); a running
+    // patrol, pattern or auto-scan goes on, as on a real device.
     void disconnectDevice();
     void reconnectDevice();
 

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void storeFailureIsReported();
     void modelAbilities_data();
     void modelAbilities();
+    void ownRealTimeClockDrivesCamera();
 };
 
 void tst_CSimulatedCamera::continuousMove_data()
@@ -644,6 +645,18 @@ void tst_CSimulatedCamera::modelAbilities()
         QCOMPARE(caps.minSpeed, 1);
         QCOMPARE(caps.maxSpeed, 40);
     }
+}
+
+void tst_CSimulatedCamera::ownRealTimeClockDrivesCamera()
+{
+    CSimulatedCamera camera(QStringLiteral("rt"), QStringLiteral("speed-dome"), nullptr, nullptr);
+    QVERIFY(camera.clock());
+    QCOMPARE(camera.clock()->mode(), CSimClock::Mode::RealTime);
+    QSignalSpy status(&camera, &IPtzDriver::statusChanged);
+    camera.movePanTilt(1, 0, 40);
+    QTRY_VERIFY(camera.status().pan > 2.0);
+    QVERIFY(status.count() > 1);
+    QVERIFY(status.last().at(0).value<DeviceStatus>().panTiltMoving);
 }
 
 QTEST_GUILESS_MAIN(tst_CSimulatedCamera)
