@@ -1,0 +1,175 @@
+// ptz-site: looks at and edits the site store from the shell (cameras, users, switches).
+#include "ptz_devices/cdriverfactory.h"
+#include "site_store/csitestore.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QTextStream>
+
+#include <algorithm>
+
+#include <cstdio>
+
+namespace {
+
+QTextStream &out()
+{
+    static QTextStream s(stdout);
+    return s;
+}
+
+QTextStream &err()
+{
+    static QTextStream s(stderr);
+    return s;
+}
+
+QString joinCodes(const QList<int> &codes)
+{
+    QStringList parts;
+    for (int c : codes)
+        parts << QString::number(c);
+    return parts.join(QLatin1Char(','));
+}
+
+bool parseCodes(const QString &text, QList<int> *codes)
+{
+    codes->clear();
+    const QStringList parts = text.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (const QString &part : parts) {
+        bool ok = false;
+        const int code = part.trimmed().toInt(&ok);
+        if (!ok)
+            return false;
+        codes->append(code);
+    }
+    std::sort(codes->begin(), codes->end());
+    return true;
+}
+
+int listCameras(const site_store::CSiteStore &store)
+{
+    const QList<site_store::CameraRecord> cameras = store.cameras();
+    for (const site_store::CameraRecord &c : cameras) {
+        out() << c.id << '\t' << c.name << '\t' << c.driverKind << ':' << c.model << '\t'
+              << "abilities=" << joinCodes(c.abilities) << (c.cascade ? "\tcascaded" : "")
+              << (c.fishEye ? "\tfish-eye" : "") << '\n';
+    }
+    return 0;
+}
+
+int listUsers(const site_store::CSiteStore &store)
+{
+    const QString current = store.currentUserName();
+    const QList<site_store::UserRecord> users = store.users();
+    for (const site_store::UserRecord &u : users)
+        out() << u.name << '\t' << "level=" << u.ptzLevel << (u.name == current ? "\tcurrent" : "") << '\n';
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ptz-workbench"));
+    // The store logs every open; a shell tool only wants its answers.
+    QLoggingCategory::setFilterRules(QStringLiteral("ZephClientInfo.info=false"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Edits the site store of the PTZ workbench.\n"
+        "Commands: cameras | users | add-camera | remove-camera | set-switch"));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do."));
+    const QCommandLineOption siteOpt(QStringLiteral("site"), QStringLiteral("Store file."), QStringLiteral("FILE"));
+    const QCommandLineOption idOpt(QStringLiteral("id"), QStringLiteral("Camera identifier."), QStringLiteral("ID"));
+    const QCommandLineOption nameOpt(QStringLiteral("name"), QStringLiteral("Camera name."), QStringLiteral("NAME"));
+    const QCommandLineOption kindOpt(QStringLiteral("kind"), QStringLiteral("Driver kind (default simulated)."),
+                                     QStringLiteral("KIND"), QStringLiteral("simulated"));
+    const QCommandLineOption modelOpt(QStringLiteral("model"), QStringLiteral("Driver model, e.g. speed-dome."),
+                                      QStringLiteral("MODEL"));
+    const QCommandLineOption addressOpt(QStringLiteral("address"), QStringLiteral("Device address."),
+                                        QStringLiteral("ADDR"));
+    const QCommandLineOption abilitiesOpt(QStringLiteral("abilities"),
+                                          QStringLiteral("Ability codes, comma separated (1,6,26,33,35,46,48,49,50)."),
+                                          QStringLiteral("CODES"));
+    const QCommandLineOption cascadeOpt(QStringLiteral("cascade"), QStringLiteral("The camera is cascaded."));
+    const QCommandLineOption fishEyeOpt(QStringLiteral("fisheye"), QStringLiteral("The camera is a fish-eye."));
+    const QCommandLineOption keyOpt(QStringLiteral("key"), QStringLiteral("Switch name."), QStringLiteral("KEY"));
+    const QCommandLineOption valueOpt(QStringLiteral("value"), QStringLiteral("Switch value."), QStringLiteral("VALUE"));
+    parser.addOptions({siteOpt, idOpt, nameOpt, kindOpt, modelOpt, addressOpt, abilitiesOpt, cascadeOpt, fishEyeOpt,
+                       keyOpt, valueOpt});
+    parser.process(app);
+
+    const QStringList args = parser.positionalArguments();
+    if (args.size() != 1) {
+        err() << "Expected one command: cameras, users, add-camera, remove-camera or set-switch.\n";
+        return 2;
+    }
+    const QString path = parser.isSet(siteOpt) ? parser.value(siteOpt) : site_store::CSiteStore::ResolvePath({});
+    std::unique_ptr<site_store::CSiteStore> store = site_store::CSiteStore::Open(path);
+    if (store->isFallback()) {
+        err() << store->openError() << '\n';
+        return 1;
+    }
+
+    const QString command = args.first();
+    if (command == QLatin1String("cameras"))
+        return listCameras(*store);
+    if (command == QLatin1String("users"))
+        return listUsers(*store);
+    if (command == QLatin1String("add-camera")) {
+        if (!parser.isSet(idOpt) || !parser.isSet(modelOpt)) {
+            err() << "add-camera needs --id and --model.\n";
+            return 2;
+        }
+        site_store::CameraRecord camera;
+        camera.id = parser.value(idOpt);
+        camera.name = parser.isSet(nameOpt) ? parser.value(nameOpt) : camera.id;
+        camera.driverKind = parser.value(kindOpt);
+        camera.model = parser.value(modelOpt);
+        camera.driverAddress = parser.value(addressOpt);
+        camera.cascade = parser.isSet(cascadeOpt);
+        camera.fishEye = parser.isSet(fishEyeOpt);
+        if (!ptz_devices::CDriverFactory::kinds().contains(camera.driverKind)) {
+            err() << "Unknown driver kind '" << camera.driverKind << "'; known: "
+                  << ptz_devices::CDriverFactory::kinds().join(QStringLiteral(", ")) << ".\n";
+            return 2;
+        }
+        if (!ptz_devices::CDriverFactory::models(camera.driverKind).contains(camera.model)) {
+            err() << "Unknown model '" << camera.model << "'; known: "
+                  << ptz_devices::CDriverFactory::models(camera.driverKind).join(QStringLiteral(", ")) << ".\n";
+            return 2;
+        }
+        if (!parseCodes(parser.value(abilitiesOpt), &camera.abilities)) {
+            err() << "--abilities expects numbers separated by commas, e.g. 1,48,49,50.\n";
+            return 2;
+        }
+        if (!store->upsertCamera(camera)) {
+            err() << store->lastError() << '\n';
+            return 1;
+        }
+        out() << "Camera " << camera.id << " saved in " << path << ".\n";
+        return 0;
+    }
+    if (command == QLatin1String("remove-camera")) {
+        if (!parser.isSet(idOpt) || !store->removeCamera(parser.value(idOpt))) {
+            err() << (parser.isSet(idOpt) ? store->lastError() : QStringLiteral("remove-camera needs --id.")) << '\n';
+            return 1;
+        }
+        return 0;
+    }
+    if (command == QLatin1String("set-switch")) {
+        if (!parser.isSet(keyOpt) || !parser.isSet(valueOpt) ||
+            !store->setSetting(parser.value(keyOpt), parser.value(valueOpt))) {
+            err() << (parser.isSet(keyOpt) ? store->lastError() : QStringLiteral("set-switch needs --key and --value."))
+                  << '\n';
+            return 1;
+        }
+        return 0;
+    }
+    err() << "Unknown command '" << command << "'.\n";
+    return 2;
+}
