@@ -45,7 +45,7 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     : CBasicPTZWnd(parent), screen_index_(screen_index), panel_kind_(b_playback ? 2u : 1u)
 {
     setObjectName(QStringLiteral("CPreviewPTZWnd"));
-    ptr_ptz_get_controller_ = std::make_unique<CPTZGetController>();
+    ptr_ptz_get_controller_ = new CPTZGetController(this);
     if (b_software_ptz)
         ptr_software_controller_ = std::make_shared<zeph_ptz_controller::CBaseSoftwarePtzControllor>();
 
@@ -174,7 +174,7 @@ void CPreviewPTZWnd::ConnectSignalAndSlot()
     connect(ptr_recover_config_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnRecoverConfigBtnClicked);
     connect(ui_right_->m_pTabWidget, &QTabWidget::currentChanged, this, &CPreviewPTZWnd::OnTabIndexChanged);
 
-    auto *getter = ptr_ptz_get_controller_.get();
+    auto *getter = ptr_ptz_get_controller_;
     connect(getter, &CPTZGetController::SignalGetPresetsSuc, this, &CPreviewPTZWnd::OnGetPresetSuc);
     connect(getter, &CPTZGetController::SignalGetPresetsFailed, this, &CPreviewPTZWnd::OnGetPresetFailed);
     connect(getter, &CPTZGetController::SignalSyncPresetsSuc, this, &CPreviewPTZWnd::OnSyncPresetsSuc);
@@ -586,10 +586,10 @@ void CPreviewPTZWnd::UpdatePTZWorkState()
     }
 }
 
-void CPreviewPTZWnd::UpdateCurrentPtzPageState(bool b_working)
+void CPreviewPTZWnd::UpdateCurrentPtzPageState(bool b_ready)
 {
-    // While a list request or an edit runs, the tab bar stays put so the answer lands on its page.
-    ui_right_->m_pTabWidget->tabBar()->setEnabled(!b_working);
+    // Adding needs the camera's current list (free numbers, count): off while a request runs.
+    UpdateAddPresetState(b_ready && wnd_type_ != PTZWndNone);
 }
 
 void CPreviewPTZWnd::OnTabIndexChanged(int)

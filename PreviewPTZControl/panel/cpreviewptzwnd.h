@@ -189,7 +189,7 @@ private:
     void InitPtzGetterControllor();
     void InitPtzSetterControllor();
     void UpdatePTZWorkState();
-    void UpdateCurrentPtzPageState(bool b_working);
+    void UpdateCurrentPtzPageState(bool b_ready);
     void SetLockFrameIdle();
     bool HasAbility(int ability) const;
 
@@ -232,7 +232,7 @@ private:
     void InitPtzLockState();
     void InterruptPatrolLocked(bool interrupted);
 
-    std::unique_ptr<zeph_ptz_controller::CPTZGetController> ptr_ptz_get_controller_;
+    zeph_ptz_controller::CPTZGetController *ptr_ptz_get_controller_ = nullptr; // child of the panel
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> ptr_ptz_controller_;
     zeph_ptz_controller::CVirtualPtzControllor *ptr_virtual_controller_ = nullptr;
     std::shared_ptr<zeph_ptz_controller::CBaseSoftwarePtzControllor> ptr_software_controller_;

@@ -61,17 +61,8 @@ void CPreviewPTZWnd::OnVirtualCruiseStateChanged(const QString &camera_index_cod
         UpdatePatrolPageState(running, cruise_no - 1);
 }
 
-void CPreviewPTZWnd::OnGetAllPatrolsSuc(const QString &camera_index_code,
-                                        const QVector<ptz_plugin_protocol::CruiseInfo> &)
-{
-    if (camera_index_code == camera_index_code_)
-        UpdateCurrentPtzPageState(false);
-}
+void CPreviewPTZWnd::OnGetAllPatrolsSuc(const QString &, const QVector<ptz_plugin_protocol::CruiseInfo> &) {}
 
-void CPreviewPTZWnd::OnGetAllPatrolsFailed(const QString &camera_index_code)
-{
-    if (camera_index_code == camera_index_code_)
-        UpdateCurrentPtzPageState(false);
-}
+void CPreviewPTZWnd::OnGetAllPatrolsFailed(const QString &) {}
 
 } // namespace PreviewPTZControl

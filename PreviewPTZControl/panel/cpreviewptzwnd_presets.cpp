@@ -35,7 +35,7 @@ void CPreviewPTZWnd::SetPtzAuxiliaryLineHide() {}
 
 void CPreviewPTZWnd::OnGetPresetSuc(const QString &camera_index_code)
 {
-    UpdateCurrentPtzPageState(false);
+    UpdateCurrentPtzPageState(true);
     if (camera_index_code != camera_index_code_)
         return;
     ui_right_->m_pTabPreset->setEnabled(true);
@@ -51,7 +51,7 @@ void CPreviewPTZWnd::OnGetPresetSuc(const QString &camera_index_code)
 
 void CPreviewPTZWnd::OnGetPresetFailed(const QString &camera_index_code, const QString &str_error_info)
 {
-    UpdateCurrentPtzPageState(false);
+    UpdateCurrentPtzPageState(true);
     if (camera_index_code != camera_index_code_)
         return;
     ui_right_->m_pTabPreset->setEnabled(true);

@@ -42,6 +42,7 @@ private slots:
     void stopWorkOnIdlePanelSendsNothing();
     void userLevelComesFromHost();
     void cascadeRestrictionsAreLiftedForNextCamera();
+    void presetPageWaitsForTheList();
 
 private:
     template <typename T>
@@ -203,6 +204,20 @@ void TestPreviewPTZWndBinding::cascadeRestrictionsAreLiftedForNextCamera()
     QVERIFY(!m_panel->IsCascade());
     QVERIFY(child<QPushButton>("m_pBtnWiper")->isEnabled());
     QVERIFY(child<QWidget>("m_pTabPatten")->toolTip().isEmpty());
+}
+
+void TestPreviewPTZWndBinding::presetPageWaitsForTheList()
+{
+    QSignalSpy arrived(m_panel->findChild<zeph_ptz_controller::CPTZGetController *>(),
+                       &zeph_ptz_controller::CPTZGetController::SignalGetPresetsSuc);
+    m_panel->SetCamera(QString(), kDome, false, false);
+    auto *page = child<QWidget>("m_pTabPreset");
+    auto *add = child<QPushButton>("ptz_add_preset_btn_");
+    QVERIFY(!page->isEnabled());
+    QVERIFY(!add->isEnabled());
+    QTRY_COMPARE(arrived.count(), 1);
+    QVERIFY(page->isEnabled());
+    QVERIFY(add->isEnabled());
 }
 
 QTEST_MAIN(TestPreviewPTZWndBinding)
