@@ -18,6 +18,7 @@
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 #include "zeph_ptz_controller/iptzfisheyecontroller.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -77,7 +78,7 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     ptr_recover_config_btn_->setToolTip(tr("PatrolRecovery"));
     update_layout->addWidget(ptr_update_ptz_btn_);
     update_layout->addWidget(ptr_recover_config_btn_);
-    ui_right_->hl_append_fun->addWidget(ptr_update_widget);
+    ui_right_->hl_append_fun->addWidget(ptr_update_widget, 2, 4);
 
     ui_right_->m_pBtnKeyFocus->setToolTip(tr("AuxiliaryFocus"));
     ui_right_->m_pBtnLight->setToolTip(tr("Light"));
@@ -92,10 +93,14 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     ui_right_->m_pBtnKeyFocus->setCheckable(false);
     ui_right_->m_pBtnResetPos->setCheckable(false);
     ui_right_->ptr_park_action_btn_->setCheckable(false);
-    // The captions of the function strip stay empty: the tool tips name the buttons.
+    // The function strip shows icons only; the tool tips name the buttons, so the captions stay
+    // empty and take no room.
     for (QLabel *caption : {ui_right_->label_2, ui_right_->label_3, ui_right_->label_4, ui_right_->label_5,
-                            ui_right_->label_6, ui_right_->label_7, ui_right_->label_8})
+                            ui_right_->label_6, ui_right_->label_7, ui_right_->label_8}) {
         caption->clear();
+        caption->hide();
+    }
+    ui_right_->add_preset_label->setText(tr("AddPreset"));
     ui_left_->ptr_label_slow_->setText(tr("Slow"));
     ui_left_->ptr_label_fast_->setText(tr("Fast"));
     UpdateFocusBtnState();

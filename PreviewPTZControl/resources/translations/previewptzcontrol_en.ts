@@ -47,6 +47,10 @@
 <context>
     <name>PreviewPTZControl::CPreviewPTZWnd</name>
     <message>
+        <source>AddPreset</source>
+        <translation>Add preset</translation>
+    </message>
+    <message>
         <source>UpdatePTZ</source>
         <translation>Update PTZ information</translation>
     </message>
