@@ -52,6 +52,8 @@ private slots:
     void pictureFunctionsGoToTheHost();
     void hostReportsPictureActionState_data();
     void hostReportsPictureActionState();
+    void manualMoveEndsAutoScanWithoutSecondStop();
+    void secondPanelOfTheCameraShowsItsState();
     void heldMotionStopsOnceWhenMouseIsLost_data();
     void heldMotionStopsOnceWhenMouseIsLost();
 
@@ -372,6 +374,37 @@ void TestPreviewPTZWndCommands::heldMotionStopsOnceWhenMouseIsLost()
     } else {
         QCOMPARE(count(DriverOperation::Zoom), 2);
     }
+}
+
+void TestPreviewPTZWndCommands::manualMoveEndsAutoScanWithoutSecondStop()
+{
+    emit cloud()->signalPressSection(nullptr, CPTZCloud::Center);
+    QTRY_VERIFY(dome()->status().autoScan);
+    cloud()->SetSectionChecked(CPTZCloud::Center, true); // as the pad shows a switched-on centre
+
+    emit cloud()->signalPressSection(nullptr, CPTZCloud::TopMiddle);
+    QTRY_COMPARE(cloud()->sectionStatus(CPTZCloud::Center), 0);
+    QVERIFY(!zeph_ptz_controller::CPTZStateStorageManager::Instance()->IsAutoScan(kDome, false));
+    emit cloud()->signalReleaseSection(nullptr, CPTZCloud::TopMiddle);
+    QTRY_VERIFY(!dome()->status().panTiltMoving);
+    QVERIFY(!dome()->status().autoScan);
+    QCOMPARE(count(DriverOperation::AutoScan), 1); // the panel sent no stop of its own
+}
+
+void TestPreviewPTZWndCommands::secondPanelOfTheCameraShowsItsState()
+{
+    child<QPushButton>("m_pBtnLight")->click();
+    child<QPushButton>("m_pBtnWiper")->click();
+    QTRY_VERIFY(dome()->status().light && dome()->status().wiper);
+    QTRY_VERIFY(zeph_ptz_controller::CPTZStateStorageManager::Instance()->IsLight(kDome));
+
+    CPreviewPTZWnd second(1, false, false);
+    second.SetPTZController(m_env.controller(), nullptr);
+    second.SetCamera(QString(), kDome, false, false);
+    auto *light = second.findChild<QPushButton *>(QStringLiteral("m_pBtnLight_open"));
+    QVERIFY(light);
+    QVERIFY(light->isChecked());
+    QVERIFY(second.findChild<QPushButton *>(QStringLiteral("m_pBtnWiper_right")));
 }
 
 QTEST_MAIN(TestPreviewPTZWndCommands)
