@@ -43,6 +43,8 @@ private slots:
     void userLevelComesFromHost();
     void cascadeRestrictionsAreLiftedForNextCamera();
     void presetPageWaitsForTheList();
+    void tabInFrontIsFetched_data();
+    void tabInFrontIsFetched();
 
 private:
     template <typename T>
@@ -218,6 +220,33 @@ void TestPreviewPTZWndBinding::presetPageWaitsForTheList()
     QTRY_COMPARE(arrived.count(), 1);
     QVERIFY(page->isEnabled());
     QVERIFY(add->isEnabled());
+}
+
+void TestPreviewPTZWndBinding::tabInFrontIsFetched_data()
+{
+    QTest::addColumn<QString>("camera");
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<bool>("sent");
+    QTest::newRow("patrols") << kDome << 1 << int(ptz_devices::DriverOperation::ListPatrols) << true;
+    QTest::newRow("patterns") << kDome << 2 << int(ptz_devices::DriverOperation::ListPatterns) << true;
+    QTest::newRow("patrols of a cascaded camera") << kCascade << 1 << int(ptz_devices::DriverOperation::ListPatrols)
+                                                  << false;
+}
+
+void TestPreviewPTZWndBinding::tabInFrontIsFetched()
+{
+    QFETCH(QString, camera);
+    QFETCH(int, tab);
+    QFETCH(int, operation);
+    QFETCH(bool, sent);
+    m_panel->SetCamera(QString(), camera, false, false);
+    QCoreApplication::processEvents();
+    m_env.camera(camera)->clearRequestLog();
+    auto *tabs = child<QTabWidget>("m_pTabWidget");
+    tabs->setCurrentIndex(tab);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_env.operations(camera).contains(ptz_devices::DriverOperation(operation)), sent);
 }
 
 QTEST_MAIN(TestPreviewPTZWndBinding)
