@@ -256,11 +256,11 @@ void CPreviewPTZWnd::SetPTZController(std::shared_ptr<CUniversalPTZController> p
     ConnectPTZControllerSingal(true);
 
     if (ptr_virtual_controller_)
-        disconnect(ptr_virtual_controller_, &CVirtualPtzControllor::SignalCruiseStateChanged, this,
+        disconnect(ptr_virtual_controller_.data(), &CVirtualPtzControllor::SignalCruiseStateChanged, this,
                    &CPreviewPTZWnd::OnVirtualCruiseStateChanged);
     ptr_virtual_controller_ = virtual_controller;
     if (ptr_virtual_controller_)
-        connect(ptr_virtual_controller_, &CVirtualPtzControllor::SignalCruiseStateChanged, this,
+        connect(ptr_virtual_controller_.data(), &CVirtualPtzControllor::SignalCruiseStateChanged, this,
                 &CPreviewPTZWnd::OnVirtualCruiseStateChanged);
 }
 

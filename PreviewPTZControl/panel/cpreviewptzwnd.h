@@ -234,7 +234,7 @@ private:
 
     zeph_ptz_controller::CPTZGetController *ptr_ptz_get_controller_ = nullptr; // child of the panel
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> ptr_ptz_controller_;
-    zeph_ptz_controller::CVirtualPtzControllor *ptr_virtual_controller_ = nullptr;
+    QPointer<zeph_ptz_controller::CVirtualPtzControllor> ptr_virtual_controller_; // not owned
     std::shared_ptr<zeph_ptz_controller::CBaseSoftwarePtzControllor> ptr_software_controller_;
 
     Ui::CPTZPanelLeft *ui_left_ = nullptr;

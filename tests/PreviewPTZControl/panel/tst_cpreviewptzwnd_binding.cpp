@@ -1,6 +1,7 @@
 #include "paneltestenv.h"
 
 #include "zeph_ptz_controller/cptzgetcontroller.h"
+#include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
 #include <QPushButton>
 #include <QSignalSpy>
@@ -43,6 +44,7 @@ private slots:
     void userLevelComesFromHost();
     void cascadeRestrictionsAreLiftedForNextCamera();
     void presetPageWaitsForTheList();
+    void virtualControllerMayGoAway();
     void tabInFrontIsFetched_data();
     void tabInFrontIsFetched();
 
@@ -220,6 +222,16 @@ void TestPreviewPTZWndBinding::presetPageWaitsForTheList()
     QTRY_COMPARE(arrived.count(), 1);
     QVERIFY(page->isEnabled());
     QVERIFY(add->isEnabled());
+}
+
+void TestPreviewPTZWndBinding::virtualControllerMayGoAway()
+{
+    auto *virtual_controller = new zeph_ptz_controller::CVirtualPtzControllor;
+    m_panel->SetPTZController(m_env.controller(), virtual_controller);
+    m_panel->SetCamera(QString(), kDome, false, false);
+    delete virtual_controller;
+    m_panel->SetCamera(QString(), kBasic, false, false); // reads the running state again
+    QVERIFY(m_panel->IsWorking());
 }
 
 void TestPreviewPTZWndBinding::tabInFrontIsFetched_data()
