@@ -52,6 +52,7 @@ private slots:
     void pictureFunctionsGoToTheHost();
     void hostReportsPictureActionState_data();
     void hostReportsPictureActionState();
+    void refreshReadsPresetsFromTheCamera();
     void manualMoveEndsAutoScanWithoutSecondStop();
     void secondPanelOfTheCameraShowsItsState();
     void heldMotionStopsOnceWhenMouseIsLost_data();
@@ -374,6 +375,24 @@ void TestPreviewPTZWndCommands::heldMotionStopsOnceWhenMouseIsLost()
     } else {
         QCOMPARE(count(DriverOperation::Zoom), 2);
     }
+}
+
+void TestPreviewPTZWndCommands::refreshReadsPresetsFromTheCamera()
+{
+    QSignalSpy enabled(m_panel, &CPreviewPTZWnd::SignalUpdatePtzInfoEnabled);
+    QSignalSpy tips(m_panel, &CPreviewPTZWnd::SignalMessageTipNeeded);
+    auto *refresh = child<QPushButton>("ptr_update_ptz_btn_");
+    QVERIFY(refresh->isEnabled());
+    refresh->click();
+    QVERIFY(!refresh->isEnabled());
+    QCOMPARE(enabled.count(), 1);
+    QCOMPARE(enabled.at(0).at(0).toBool(), false);
+    QTRY_COMPARE(enabled.count(), 2);
+    QCOMPARE(enabled.at(1).at(0).toBool(), true);
+    QVERIFY(refresh->isEnabled());
+    QVERIFY(m_env.operations(kDome).contains(DriverOperation::ListPresets));
+    QCOMPARE(tips.count(), 1);
+    QCOMPARE(tips.at(0).at(1).toInt(), 3);
 }
 
 void TestPreviewPTZWndCommands::manualMoveEndsAutoScanWithoutSecondStop()
