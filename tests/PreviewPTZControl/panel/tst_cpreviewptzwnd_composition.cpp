@@ -82,6 +82,8 @@ private slots:
     void layoutSwitchStacksOrPlacesSideBySide();
     void bottomHalfCanBeHidden();
     void radiusFrameDrawsItsDivider();
+    void switchesReadAtConstruction_data();
+    void switchesReadAtConstruction();
 
 private:
     PanelTestEnv m_env;
@@ -226,6 +228,41 @@ void TestPreviewPTZWndComposition::radiusFrameDrawsItsDivider()
     frame.SetDrawLine(false);
     image = render();
     QCOMPARE(qAlpha(image.pixel(20, 10)), 0);
+}
+
+void TestPreviewPTZWndComposition::switchesReadAtConstruction_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("product");
+    QTest::addColumn<QStringList>("hidden");
+
+    using site_store::CSiteStore;
+    QTest::newRow("no PTZ info refresh") << CSiteStore::kIsSupportUpdatePTZInfo << QString()
+                                         << QStringList{"ptr_update_ptz_btn_"};
+    QTest::newRow("no extra buttons") << CSiteStore::kShowExtraButton << QString()
+                                      << QStringList{"ptr_manual_track_btn_", "ptr_face_capture_btn_"};
+    QTest::newRow("compact product without preset row") << CSiteStore::kShowPreSetTabWidget << "ZephViewLite"
+                                                        << QStringList{"widget"};
+    QTest::newRow("other product keeps preset row") << CSiteStore::kShowPreSetTabWidget << "ZephViewPro"
+                                                    << QStringList();
+}
+
+void TestPreviewPTZWndComposition::switchesReadAtConstruction()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, product);
+    QFETCH(QStringList, hidden);
+
+    const QStringList watched{"ptr_update_ptz_btn_", "ptr_manual_track_btn_", "ptr_face_capture_btn_", "widget"};
+    QVERIFY(PanelTestEnv::store()->setBoolSetting(key, false));
+    if (!product.isEmpty())
+        QVERIFY(PanelTestEnv::store()->setSetting(site_store::CSiteStore::kProductType, product));
+    CPreviewPTZWnd panel(1, false, false);
+    for (const QString &name : watched) {
+        auto *widget = panel.findChild<QWidget *>(name);
+        QVERIFY2(widget, qPrintable(name));
+        QCOMPARE(widget->isHidden(), hidden.contains(name));
+    }
 }
 
 QTEST_MAIN(TestPreviewPTZWndComposition)
