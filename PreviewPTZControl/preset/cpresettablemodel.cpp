@@ -91,7 +91,8 @@ void CPresetTableModel::RestorePresetItem(int row, bool may_edit)
         type_item->SetItemEnabled(true);
     }
     if (CStandardItem *name_item = GetItem(row, kColumnName)) {
-        name_item->setToolTip(name_item->GetItemText());
+        // The name may have been changed through the display role alone.
+        FillNameItem(name_item, name_item->text());
         name_item->SetItemEnabled(true);
     }
     if (action_item) {
