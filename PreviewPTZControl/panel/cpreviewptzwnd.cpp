@@ -159,7 +159,11 @@ void CPreviewPTZWnd::ConnectSignalAndSlot()
     auto *cloud = ui_left_->ptr_cloud_;
     connect(cloud, &CPTZCloud::signalPressSection, this, &CPreviewPTZWnd::OnPressSection);
     connect(cloud, &CPTZCloud::signalReleaseSection, this, &CPreviewPTZWnd::OnReleaseSection);
+    // The pad's overlay view holds the mouse while an arrow is pressed, so watch it as well.
     cloud->installEventFilter(this);
+    const auto pad_children = cloud->findChildren<QWidget *>();
+    for (QWidget *child : pad_children)
+        child->installEventFilter(this);
 
     for (QPushButton *button : {ui_left_->pZoomInBtn, ui_left_->pZoomOutBtn, ui_left_->pFocusInBtn,
                                 ui_left_->pFocusOutBtn, ui_left_->pIRISInBtn, ui_left_->pIRISOutBtn})

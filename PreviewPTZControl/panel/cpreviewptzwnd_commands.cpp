@@ -165,14 +165,14 @@ void CPreviewPTZWnd::OnReleaseSection(QMouseEvent *, int section)
 
 bool CPreviewPTZWnd::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == ui_left_->ptr_cloud_) {
+    CPTZCloud *cloud = ui_left_->ptr_cloud_;
+    if (watched == cloud || (watched->isWidgetType() && cloud->isAncestorOf(static_cast<QWidget *>(watched)))) {
         // The pad loses its mouse without a release when it is hidden, disabled or loses its grab.
         switch (event->type()) {
         case QEvent::Hide:
         case QEvent::UngrabMouse:
         case QEvent::EnabledChange:
-            if (!ui_left_->ptr_cloud_->isEnabled() || !ui_left_->ptr_cloud_->isVisible()
-                || event->type() == QEvent::UngrabMouse) {
+            if (!cloud->isEnabled() || !cloud->isVisible() || event->type() == QEvent::UngrabMouse) {
                 if (IsMoveCommand(held_motion_.command))
                     ReleaseHeldMotion();
             }

@@ -1,5 +1,6 @@
 #include "paneltestenv.h"
 
+#include <QGraphicsView>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -328,7 +329,7 @@ void TestPreviewPTZWndCommands::heldMotionStopsOnceWhenMouseIsLost_data()
     QTest::addColumn<QString>("loss");
 
     for (const char *held : {"pad", "pZoomInBtn"}) {
-        for (const char *loss : {"hide", "rebind", "stopWork", "deactivate", "ungrab"})
+        for (const char *loss : {"hide", "rebind", "stopWork", "deactivate", "ungrab", "disable"})
             QTest::addRow("%s, %s", held, loss) << QString::fromLatin1(held) << QString::fromLatin1(loss);
     }
 }
@@ -357,9 +358,14 @@ void TestPreviewPTZWndCommands::heldMotionStopsOnceWhenMouseIsLost()
     } else if (loss == QLatin1String("deactivate")) {
         QEvent deactivate(QEvent::WindowDeactivate);
         QCoreApplication::sendEvent(m_panel, &deactivate);
+    } else if (loss == QLatin1String("disable")) {
+        m_panel->setEnabled(false);
     } else {
+        // The pad's overlay view holds the mouse for the pad.
+        QWidget *grabber = pad ? static_cast<QWidget *>(cloud()->findChild<QGraphicsView *>()) : zoom;
+        QVERIFY(grabber);
         QEvent ungrab(QEvent::UngrabMouse);
-        QCoreApplication::sendEvent(pad ? static_cast<QWidget *>(cloud()) : zoom, &ungrab);
+        QCoreApplication::sendEvent(grabber, &ungrab);
     }
     QTRY_VERIFY(pad ? !dome()->status().panTiltMoving : !dome()->status().zoomMoving);
 
