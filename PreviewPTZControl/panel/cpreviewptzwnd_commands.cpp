@@ -382,11 +382,13 @@ void CPreviewPTZWnd::OnPTZControlSuccess(const QString &, const QString &camera_
         UpdateWiperState(storage->IsWiper(camera_index_code_));
         break;
     case PTZ_CMD_AUTO_PAN: {
+        // The camera already gave up the pattern or patrol for the scan; a stop sent now would end
+        // the scan as well, so only the shared state follows.
         const bool auto_scan_off = !storage->IsAutoScan(camera_index_code_, false);
         StopPatternPlaying(owner_index_code_, camera_index_code_, config->ResumeCruiseAfterInterrupt(), auto_scan_off,
-                           true);
+                           false);
         StopCruisePlaying(owner_index_code_, camera_index_code_, config->ResumeCruiseAfterInterrupt(), auto_scan_off,
-                          true);
+                          false);
         break;
     }
     case PTZ_CMD_PATTERN_RECORD_START:

@@ -54,6 +54,7 @@ private slots:
     void hostReportsPictureActionState_data();
     void hostReportsPictureActionState();
     void refreshReadsPresetsFromTheCamera();
+    void autoScanOverPatrolKeepsScanning();
     void manualMoveEndsAutoScanWithoutSecondStop();
     void secondPanelOfTheCameraShowsItsState();
     void heldMotionStopsOnceWhenMouseIsLost_data();
@@ -381,6 +382,52 @@ void TestPreviewPTZWndCommands::heldMotionStopsOnceWhenMouseIsLost()
     } else {
         QCOMPARE(count(DriverOperation::Zoom), 2);
     }
+}
+
+void TestPreviewPTZWndCommands::autoScanOverPatrolKeepsScanning()
+{
+    using namespace ptz_plugin_protocol;
+    auto controller = m_env.controller();
+    QSignalSpy presets(controller.get(), &zeph_ptz_controller::CUniversalPTZController::signalPresetFinished);
+    QSignalSpy cruises(controller.get(), &zeph_ptz_controller::CUniversalPTZController::signalCruiseFinished);
+    for (int number : {1, 2}) {
+        PresetControlRequest set;
+        set.operation = "SetPreset";
+        set.camera_index_code = kDome.toStdString();
+        set.preset_index = number;
+        set.preset_name = "p";
+        controller->Preset(set);
+    }
+    QTRY_COMPARE(presets.count(), 2);
+    CruiseControlRequest patrol;
+    patrol.camera_index_code = kDome.toStdString();
+    patrol.operation = "ModifyCruiseRoute";
+    patrol.cruise_index = 1;
+    patrol.action = CRUISE_TYPE_DEVICE;
+    for (uint32_t preset : {1u, 2u}) {
+        CruisePoint point;
+        point.preset_index = preset;
+        point.speed = 20;
+        point.dwell_time = 5;
+        patrol.points.push_back(point);
+    }
+    controller->Cruise(patrol);
+    patrol.operation = "CruiseRouteControl";
+    patrol.action = 0;
+    patrol.points.clear();
+    controller->Cruise(patrol);
+    QTRY_COMPARE(cruises.count(), 2);
+    QTRY_COMPARE(dome()->status().runningPatrol, 1);
+    dome()->clearRequestLog();
+
+    emit cloud()->signalPressSection(nullptr, CPTZCloud::Center);
+    QTRY_VERIFY(dome()->status().autoScan);
+    QTRY_COMPARE(zeph_ptz_controller::CPTZStateStorageManager::Instance()->GetRunningCruise(kDome), -1);
+    QCoreApplication::processEvents();
+    m_env.clock()->advance(1000);
+    QVERIFY(dome()->status().autoScan);
+    QCOMPARE(dome()->status().runningPatrol, 0);
+    QCOMPARE(count(DriverOperation::StopActivity), 0);
 }
 
 void TestPreviewPTZWndCommands::refreshReadsPresetsFromTheCamera()
