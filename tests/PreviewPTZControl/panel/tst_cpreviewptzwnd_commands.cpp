@@ -40,6 +40,7 @@ private slots:
 
     void padPressMovesAtSliderSpeedAndReleaseStops_data();
     void padPressMovesAtSliderSpeedAndReleaseStops();
+    void commandRecordCarriesSpeedOwnerAndFlags();
     void centreTogglesAutoScanWithoutMove();
     void autoScanRefusedWhilePatternRecords();
     void lensButtonsSendOnlyWhenEnabled_data();
@@ -132,6 +133,37 @@ void TestPreviewPTZWndCommands::padPressMovesAtSliderSpeedAndReleaseStops()
     QCOMPARE(dome()->status().tilt, stopped.tilt);
     QCOMPARE(count(DriverOperation::MovePanTilt), 1);
     QCOMPARE(count(DriverOperation::StopPanTilt), 1);
+}
+
+void TestPreviewPTZWndCommands::commandRecordCarriesSpeedOwnerAndFlags()
+{
+    using ptz_plugin_protocol::PTZControlCommand;
+    QSignalSpy succeeded(m_env.controller().get(),
+                         &zeph_ptz_controller::CUniversalPTZController::SignalExecutionSucceeded);
+    child<QSlider>("ptr_speed_slider_")->setValue(7);
+    emit cloud()->signalPressSection(nullptr, CPTZCloud::TopLeft);
+    child<QSlider>("ptr_speed_slider_")->setValue(9); // read again for the release
+    emit cloud()->signalReleaseSection(nullptr, CPTZCloud::TopLeft);
+    m_panel->StopAutoScan(QStringLiteral("operator-console"), kDome, true);
+    QTRY_COMPARE(succeeded.count(), 3);
+
+    const auto press = succeeded.at(0).at(2).value<PTZControlCommand>();
+    QCOMPARE(press.camera_index_code, kDome.toStdString());
+    QVERIFY(press.owner_index_code.empty());
+    QCOMPARE(press.command, 25u);
+    QCOMPARE(press.action, 0u);
+    QCOMPARE(press.speed, 7);
+    QCOMPARE(press.param, 0);
+    QCOMPARE(press.channel, 1);
+    QCOMPARE(press.extra, 0);
+    const auto release = succeeded.at(1).at(2).value<PTZControlCommand>();
+    QCOMPARE(release.command, 25u);
+    QCOMPARE(release.action, 1u);
+    QCOMPARE(release.speed, 9);
+    const auto stop = succeeded.at(2).at(2).value<PTZControlCommand>();
+    QCOMPARE(stop.owner_index_code, std::string("operator-console"));
+    QCOMPARE(stop.command, 29u);
+    QCOMPARE(stop.action, 1u);
 }
 
 void TestPreviewPTZWndCommands::centreTogglesAutoScanWithoutMove()
