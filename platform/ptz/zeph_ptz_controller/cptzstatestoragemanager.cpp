@@ -125,6 +125,17 @@ int CPTZStateStorageManager::GetRunningCruise(const QString &camera_index_code) 
     return s ? s->running_cruise : -1;
 }
 
+void CPTZStateStorageManager::SetPresetNum(const QString &camera_index_code, int preset_index)
+{
+    State(camera_index_code).preset_num = preset_index;
+}
+
+int CPTZStateStorageManager::GetPresetNum(const QString &camera_index_code) const
+{
+    const CameraState *s = Find(camera_index_code);
+    return s ? s->preset_num : -1;
+}
+
 bool CPTZStateStorageManager::IsLight(const QString &camera_index_code) const
 {
     const CameraState *s = Find(camera_index_code);
