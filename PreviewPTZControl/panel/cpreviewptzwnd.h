@@ -8,6 +8,7 @@
 #include "panel/cbasicptzwnd.h"
 
 #include <QMap>
+#include <QModelIndex>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QString>
@@ -32,6 +33,10 @@ class CScrollArea;
 }
 
 namespace PreviewPTZControl {
+
+// presets
+class CPresetTableModel;
+class CSortPresetFilterModel;
 
 namespace Ui {
 class CPTZPanelLeft;
@@ -162,6 +167,14 @@ public slots:
     void OnGetAllPatternsSuc(const QString &camera_index_code, const QVector<int> &vec_patterns_no) override;
     void OnGetAllPatternsFailed(const QString &camera_index_code) override;
 
+    // presets (cpreviewptzwnd_presets.cpp)
+    void OnAddPreset();
+    void OnRunPresetBtnClicked(const QModelIndex &index);
+    void OnEditPresetBtnClicked(const QModelIndex &index);
+    void OnDeletePresetBtnClicked(const QModelIndex &index);
+    void OnFilterByPresetName(const QString &text);
+    void OnDeviceOrVirtualPresetSwitch();
+
 signals:
     void SignalFunctionEnabled(int function_id, bool enabled);
     void SignalMessageTipNeeded(QString message_tip, int tip_type);
@@ -218,6 +231,15 @@ private:
     void SetPresetType(PTZPresetType type);
     void ResortPresetList();
     void UpdateAddPresetState(bool enabled);
+    void EnsurePresetList();
+    void UpdatePresetPermissions();
+    void UpdatePresetCount();
+    int CountPresetsOfCurrentType(const QVector<ptz_plugin_protocol::PresetInfo> &presets) const;
+    ptz_plugin_protocol::PresetInfo PresetOfRow(const QModelIndex &index) const;
+    QVector<ptz_plugin_protocol::PresetInfo> PresetsSharingNumbers() const;
+    void ModifyPresetName(const QModelIndex &index);
+    void DoPresetOperate(const QModelIndex &index, const std::string &operation);
+    bool CheckPresetNameValid(const QString &name, const QModelIndex &index);
 
     // Patrols (cpreviewptzwnd_patrols.cpp).
     void InitPatrolTab();
@@ -262,6 +284,14 @@ private:
     unsigned int panel_kind_ = 1;
     PTZWndType wnd_type_ = PTZWndNone;
     PTZPresetType preset_type_ = ptz_plugin_protocol::PRESET_TYPE_DEVICE;
+
+    // presets
+    CPresetTableModel *ptr_preset_model_ = nullptr;
+    CSortPresetFilterModel *ptr_preset_proxy_ = nullptr;
+    bool b_preset_config_perm_ = false;
+    bool b_preset_edit_perm_ = false;
+    int preset_count_ = 0;
+    QString pending_preset_name_;
 
     QTimer *light_status_timer_ = nullptr;
     QTimer *wiper_status_timer_ = nullptr;
