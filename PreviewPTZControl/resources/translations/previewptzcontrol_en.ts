@@ -162,6 +162,42 @@
         <source>Call</source>
         <translation>Call</translation>
     </message>
+    <message>
+        <source>NameCanNotBeEmpty</source>
+        <translation>The name cannot be empty.</translation>
+    </message>
+    <message>
+        <source>InvalidPresetPointName</source>
+        <translation>Invalid preset name.</translation>
+    </message>
+    <message>
+        <source>TheInputCannotContainAnyOfTheFollowingCharacters</source>
+        <translation>The name cannot contain any of these characters:</translation>
+    </message>
+    <message>
+        <source>NoMoreThan%1CharactersCanBeInput</source>
+        <translation>No more than %1 characters can be entered.</translation>
+    </message>
+    <message>
+        <source>PresetNameAlreadyExists</source>
+        <translation>A preset with this name already exists.</translation>
+    </message>
+    <message>
+        <source>FailedToGetThePresetjcOUTbb</source>
+        <translation>Failed to get the presets.</translation>
+    </message>
+    <message>
+        <source>PleaseSelectAPresetPaIngnBeI</source>
+        <translation>Please select a preset to edit.</translation>
+    </message>
+    <message>
+        <source>PleaseSelectAPresetPrknxDNBA</source>
+        <translation>Please select a preset to delete.</translation>
+    </message>
+    <message>
+        <source>ConfirmToDelete</source>
+        <translation>Delete this preset?</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPTZControl::CPTZPanelLeft</name>
@@ -223,6 +259,90 @@
     <message>
         <source>Pattern</source>
         <translation>Pattern</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CPresetTableModel</name>
+    <message>
+        <source>Preset%1</source>
+        <translation>Preset %1</translation>
+    </message>
+    <message>
+        <source>CallBQA8YLFY</source>
+        <translation>Call</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Edit</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CBasePresetDialog</name>
+    <message>
+        <source>Corvo-ControlClient.785d92c52d5f40a581ca3147ddf843f0.name</source>
+        <translation>Enter a preset name</translation>
+    </message>
+    <message>
+        <source>ConfirmVRJPEoDzfHCIl</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>SaveTheCurrentPrevieAQFmbSJV</source>
+        <translation>Turn the camera to the view the preset should keep.</translation>
+    </message>
+    <message>
+        <source>SetThePresetPointNamctfFPEZP</source>
+        <translation>Name the preset.</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.fa06703a00a54fd898a1b33528b7c4d3.msg</source>
+        <translation>Choose the preset number.</translation>
+    </message>
+    <message>
+        <source>TheNameCannotBeEmptyuwCnESOS</source>
+        <translation>The name cannot be empty.</translation>
+    </message>
+    <message>
+        <source>InvalidPresetPointName</source>
+        <translation>Invalid preset name.</translation>
+    </message>
+    <message>
+        <source>TheInputCannotContainAnyOfTheFollowingCharacters</source>
+        <translation>The name cannot contain any of these characters:</translation>
+    </message>
+    <message>
+        <source>NoMoreThan%1CharactersCanBeInput</source>
+        <translation>No more than %1 characters can be entered.</translation>
+    </message>
+    <message>
+        <source>ThePresetPointNameAlakrzNA</source>
+        <translation>A preset with this name already exists.</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CAddPresetDialog</name>
+    <message>
+        <source>AddPreset</source>
+        <translation>Add preset</translation>
+    </message>
+    <message>
+        <source>Preset%1</source>
+        <translation>Preset %1</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CEditPresetDialog</name>
+    <message>
+        <source>ModifyPreset</source>
+        <translation>Edit preset</translation>
     </message>
 </context>
 </TS>
