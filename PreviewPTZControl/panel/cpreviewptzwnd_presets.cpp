@@ -138,9 +138,12 @@ void CPreviewPTZWnd::OnGetPresetSuc(const QString &camera_index_code)
     UpdateAddPresetState(preset_count_ < kMaxPresets);
 
     // Rows of presets that left the camera's list (deleted here or elsewhere) go first.
+    const bool fisheye_list = preset_type_ == ptz_plugin_protocol::PRESET_TYPE_FISHEYE;
     QSet<int> numbers;
-    for (const auto &preset : qAsConst(presets))
-        numbers.insert(preset.preset_index);
+    for (const auto &preset : qAsConst(presets)) {
+        if ((preset.preset_type == ptz_plugin_protocol::PRESET_TYPE_FISHEYE) == fisheye_list)
+            numbers.insert(preset.preset_index);
+    }
     for (int row = ptr_preset_model_->rowCount() - 1; row >= 0; --row) {
         const QVariant number = ptr_preset_model_->index(row, CPresetTableModel::kColumnType)
                                     .data(Quillon::ItemNumberRole);

@@ -60,6 +60,7 @@ private slots:
 
     void addStoresCurrentPositionOnTheCamera();
     void callRestoresPositionAndStopsRunningFunctions();
+    void savingKeepsAutoScanRunning();
     void renameChangesCameraAndRow();
     void deleteAfterConfirmation();
     void cancelChangesNothing_data();
@@ -214,6 +215,18 @@ void TestPreviewPTZWndPresets::callRestoresPositionAndStopsRunningFunctions()
     QCOMPARE(dome()->status().pan, 200.0);
     QCOMPARE(dome()->status().tilt, -20.0);
     QCOMPARE(dome()->status().zoom, 2.0);
+}
+
+void TestPreviewPTZWndPresets::savingKeepsAutoScanRunning()
+{
+    emit child<CPTZCloud>("ptr_cloud_")->signalPressSection(nullptr, CPTZCloud::Center);
+    QTRY_VERIFY(dome()->status().autoScan);
+    QVERIFY(addPreset(1, QStringLiteral("While scanning")));
+    QTRY_VERIFY(rowOf(1).isValid());
+    settle();
+    QVERIFY(dome()->status().autoScan);
+    QVERIFY(zeph_ptz_controller::CPTZStateStorageManager::Instance()->IsAutoScan(kDome, false));
+    QVERIFY(!m_env.operations(kDome).contains(DriverOperation::StopPatrol));
 }
 
 void TestPreviewPTZWndPresets::renameChangesCameraAndRow()
