@@ -241,10 +241,13 @@ void CPreviewPTZWnd::OnAddPreset()
         preset.preset_name = name.toStdString();
         QString error;
         bool stored = false;
+        bool reread = false;
         if (preset_type_ == ptz_plugin_protocol::PRESET_TYPE_FISHEYE && ptr_software_controller_) {
-            // The software controller records its current view with the preset.
+            // The software controller records its current view with the preset; the
+            // getter learns of it only by reading the list again.
             stored = ptr_software_controller_->Preset(
                 zeph_ptz_controller::CBaseSoftwarePtzControllor::kPresetSet, preset);
+            reread = stored;
         } else if (ptr_ptz_get_controller_) {
             stored = ptr_ptz_get_controller_->AddOnePreset(camera_index_code_, preset, error);
         }
@@ -257,6 +260,8 @@ void CPreviewPTZWnd::OnAddPreset()
         if (ptr_preset_model_->FindPresetRow(number) < 0)
             ptr_preset_model_->AddPresetItem(preset, b_preset_edit_perm_, true);
         UpdatePresetCount();
+        if (reread && ptr_ptz_get_controller_)
+            ptr_ptz_get_controller_->StartGetPresets(camera_index_code_);
         if (preset_info_callback_)
             preset_info_callback_(preset);
         return;
