@@ -71,6 +71,9 @@ private slots:
     void listOfAnotherCameraChangesNothing();
     void countOnlyCurrentTypeButListsBoth();
     void virtualPresetSurvivesStoreReopen();
+    void virtualPresetRenameAndDeleteStayOffTheCamera();
+    void editOrDeleteWithoutRowAsksForOne_data();
+    void editOrDeleteWithoutRowAsksForOne();
     void filterBoxFiltersByName();
     void listRenameCheckUsesPanelRules();
 
@@ -433,6 +436,62 @@ void TestPreviewPTZWndPresets::virtualPresetSurvivesStoreReopen()
     bind();
     QTRY_COMPARE(names(), QStringList{QStringLiteral("Virtual gate")});
     QCOMPARE(rowOf(1).data(Quillon::ItemFirstStateRole).toInt(), int(ptz_plugin_protocol::PRESET_TYPE_VIRTUAL));
+}
+
+void TestPreviewPTZWndPresets::virtualPresetRenameAndDeleteStayOffTheCamera()
+{
+    m_env.store()->setBoolSetting(site_store::CSiteStore::kIsSupportVirtualPTZ, true);
+    QVERIFY(addPreset(1, QStringLiteral("Device one")));
+    QTRY_VERIFY(rowOf(1).isValid());
+    settle();
+    child<QPushButton>("btn_virtual_preset")->click();
+    QTRY_VERIFY(addButton()->isEnabled());
+    QCOMPARE(countText(), QStringLiteral("(0/256)"));
+    QVERIFY(addPreset(2, QStringLiteral("Virtual two")));
+    QTRY_COMPARE(names(), (QStringList{QStringLiteral("Virtual two"), QStringLiteral("Device one")}));
+    QCOMPARE(countText(), QStringLiteral("(1/256)"));
+    dome()->clearRequestLog();
+
+    bool seen = false;
+    AnswerNextDialog<CEditPresetDialog>(&seen, [](CEditPresetDialog *d) { d->GetNameEdit()->setText("Renamed"); }, true);
+    emit view()->SignalEditPreset(rowOf(2));
+    QVERIFY(seen);
+    QCOMPARE(list()->index(rowOf(2).row(), 1).data().toString(), QStringLiteral("Renamed"));
+    QCOMPARE(m_env.store()->virtualPreset(kDome, 2)->name, QStringLiteral("Renamed"));
+
+    // Deleting through the filtered list removes the right row.
+    child<QLineEdit>("ptr_line_edit_")->setText(QStringLiteral("ren"));
+    QCOMPARE(list()->rowCount(), 1);
+    emit view()->SignalDeletePreset(list()->index(0, 2));
+    QVERIFY(!m_env.store()->virtualPreset(kDome, 2).has_value());
+    child<QLineEdit>("ptr_line_edit_")->clear();
+    QCOMPARE(names(), QStringList{QStringLiteral("Device one")});
+    QCOMPARE(countText(), QStringLiteral("(0/256)"));
+    QVERIFY(addButton()->isEnabled());
+    QCoreApplication::processEvents();
+    QCOMPARE(dome()->requestLog().size(), 0);
+    QCOMPARE(dome()->presets().size(), 1);
+}
+
+void TestPreviewPTZWndPresets::editOrDeleteWithoutRowAsksForOne_data()
+{
+    QTest::addColumn<bool>("edit");
+    QTest::addColumn<QString>("tip");
+    QTest::newRow("edit") << true << QStringLiteral("PleaseSelectAPresetPaIngnBeI");
+    QTest::newRow("delete") << false << QStringLiteral("PleaseSelectAPresetPrknxDNBA");
+}
+
+void TestPreviewPTZWndPresets::editOrDeleteWithoutRowAsksForOne()
+{
+    QFETCH(bool, edit);
+    QFETCH(QString, tip);
+    m_tips.clear();
+    if (edit)
+        m_panel->OnEditPresetBtnClicked(QModelIndex());
+    else
+        m_panel->OnDeletePresetBtnClicked(QModelIndex());
+    QCOMPARE(m_tips, (QList<QPair<QString, int>>{qMakePair(tip, 2)}));
+    QVERIFY(m_asked.isEmpty());
 }
 
 void TestPreviewPTZWndPresets::filterBoxFiltersByName()
