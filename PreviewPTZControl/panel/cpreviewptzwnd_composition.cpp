@@ -4,6 +4,8 @@
 #include "ui_cptzpanelleft.h"
 #include "ui_cptzpanelright.h"
 
+#include "preset/cpresettableview.h"
+
 #include "quillon/cscrollarea.h"
 
 #include <QBoxLayout>
@@ -144,7 +146,8 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
         SetBlinkName(ui_right_->m_pBtnWiper, QStringLiteral("m_pBtnWiper"), QStringLiteral("m_pBtnWiper_right"),
                      b_wiper_on_ && b_wiper_blink_);
     }
-    // The list views and the patrol combo box choose their own icons once they exist.
+    // The lists choose their own icons and row colours; the patrol and pattern lists follow once they exist.
+    ui_right_->m_pTreeViewPreset->SetWhiteTheme(white);
 }
 
 } // namespace PreviewPTZControl

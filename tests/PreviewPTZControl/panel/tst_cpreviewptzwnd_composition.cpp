@@ -4,6 +4,7 @@
 
 #include "quillon/cscrollarea.h"
 
+#include <QAbstractItemView>
 #include <QBoxLayout>
 #include <QImage>
 #include <QPainter>
@@ -78,6 +79,7 @@ private slots:
     void tabWidthFollowsVisibleTabs_data();
     void tabWidthFollowsVisibleTabs();
     void whiteThemeRenamesEveryThemedWidget();
+    void themeReachesThePresetList();
     void darkThemeKeepsNames();
     void layoutSwitchStacksOrPlacesSideBySide();
     void bottomHalfCanBeHidden();
@@ -160,6 +162,18 @@ void TestPreviewPTZWndComposition::whiteThemeRenamesEveryThemedWidget()
     // A second switch must not stack suffixes.
     m_panel->SwitchPTZWndBgColor(true);
     QVERIFY(m_panel->findChild<QWidget *>("pZoomInBtn_white_"));
+}
+
+void TestPreviewPTZWndComposition::themeReachesThePresetList()
+{
+    auto *presets = m_panel->findChild<QAbstractItemView *>("m_pTreeViewPreset");
+    QVERIFY(presets);
+    m_panel->SwitchPTZWndBgColor(false);
+    QVERIFY(!presets->alternatingRowColors());
+    m_panel->SwitchPTZWndBgColor(true);
+    // The list keeps its own theme: light rows alternate and rows are not selectable.
+    QVERIFY(presets->alternatingRowColors());
+    QCOMPARE(presets->selectionMode(), QAbstractItemView::NoSelection);
 }
 
 void TestPreviewPTZWndComposition::darkThemeKeepsNames()
