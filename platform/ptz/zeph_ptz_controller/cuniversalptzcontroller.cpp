@@ -316,8 +316,7 @@ void CUniversalPTZController::Finish(const std::shared_ptr<Pending> &pending, bo
         }
         break;
     case Pending::PresetRequest:
-        if (!ok)
-            emit SignalMessageTipNeeded(error, 0);
+        // The caller raises the error text at the level its action calls for; a tip here would show it twice.
         emit signalPresetFinished(pending->preset, ok ? QString() : error);
         break;
     case Pending::CruiseRequest:

@@ -20,6 +20,7 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -361,6 +362,9 @@ void TestPreviewPTZWndPresets::refusedRequestKeepsTheList()
     }
     QTRY_VERIFY(m_tips.contains(qMakePair(error, level)));
     settle();
+    // Shown once, at the level of the action.
+    QCOMPARE(std::count_if(m_tips.cbegin(), m_tips.cend(), [&](const QPair<QString, int> &t) { return t.first == error; }),
+             qsizetype(1));
     QCOMPARE(names(), QStringList{QStringLiteral("Stay")});
     QCOMPARE(dome()->presets().size(), 1);
     QCOMPARE(dome()->presets().first().name, QStringLiteral("Stay"));

@@ -266,6 +266,12 @@ void TestUniversalPTZController::badInputAnswersOnceWithText()
     } else {
         text = recover.at(0).at(1).toString();
     }
+    if (!presets.isEmpty()) {
+        // Preset errors travel in the finished signal only; the panel raises them.
+        QCOMPARE(tips.count(), 0);
+        QVERIFY(!text.isEmpty());
+        return;
+    }
     QCOMPARE(tips.count(), 1);
     QCOMPARE(tips.at(0).at(1).toInt(), 0);
     QVERIFY(!tips.at(0).at(0).toString().isEmpty());
