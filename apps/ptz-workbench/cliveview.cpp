@@ -1,0 +1,247 @@
+#include "cliveview.h"
+
+#include "ptz_devices/iptzdriver.h"
+
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRandomGenerator>
+#include <QTimer>
+
+#include <cmath>
+
+namespace {
+constexpr int kPixelsPerDegree = 8;
+constexpr double kTiltTop = 45.0;     // degrees shown at the top of the panorama (above the tilt limit: the view's height)
+constexpr double kTiltBottom = -90.0; // and at its bottom
+constexpr double kFieldOfView = 60.0; // horizontal, at zoom 1
+const char kCameraMime[] = "application/x-ptz-camera-id";
+
+QImage BuildPanorama()
+{
+    const int width = 360 * kPixelsPerDegree;
+    const int height = int((kTiltTop - kTiltBottom) * kPixelsPerDegree);
+    const int horizon = int(kTiltTop * kPixelsPerDegree);
+    QImage image(width, height, QImage::Format_RGB32);
+    QPainter p(&image);
+    p.setRenderHint(QPainter::Antialiasing);
+
+    QLinearGradient sky(0, 0, 0, horizon);
+    sky.setColorAt(0, QColor(58, 104, 168));
+    sky.setColorAt(1, QColor(178, 205, 230));
+    p.fillRect(0, 0, width, horizon, sky);
+    QLinearGradient ground(0, horizon, 0, height);
+    ground.setColorAt(0, QColor(96, 112, 84));
+    ground.setColorAt(1, QColor(52, 58, 50));
+    p.fillRect(0, horizon, width, height - horizon, ground);
+
+    // Fixed seed: every run shows the same site.
+    QRandomGenerator rng(20261122);
+    for (int i = 0; i < 70; ++i) {
+        const int x = rng.bounded(width);
+        const int w = 40 + rng.bounded(140);
+        const int h = 60 + rng.bounded(260);
+        const QColor c = QColor::fromHsv(200 + rng.bounded(40), 20 + rng.bounded(60), 90 + rng.bounded(120));
+        p.fillRect(x, horizon - h, w, h, c);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(250, 236, 150, 170));
+        for (int wy = horizon - h + 10; wy < horizon - 14; wy += 22)
+            for (int wx = x + 8; wx < x + w - 10; wx += 18)
+                if (rng.bounded(3) != 0)
+                    p.drawRect(wx, wy, 8, 10);
+    }
+    for (int i = 0; i < 90; ++i) {
+        const int x = rng.bounded(width);
+        const int r = 14 + rng.bounded(24);
+        p.setBrush(QColor(88, 66, 40));
+        p.drawRect(x - 3, horizon - r, 6, r + 6);
+        p.setBrush(QColor::fromHsv(95 + rng.bounded(40), 150, 90 + rng.bounded(60)));
+        p.drawEllipse(QPoint(x, horizon - r - r / 2), r, r);
+    }
+    // A road with lane marks gives the downward tilt something to show.
+    p.setBrush(QColor(70, 70, 74));
+    p.drawRect(0, horizon + 180, width, 160);
+    p.setBrush(QColor(235, 235, 220));
+    for (int x = 0; x < width; x += 120)
+        p.drawRect(x, horizon + 256, 60, 8);
+    // Compass marks every 90 degrees, ticks every 10.
+    QFont font = p.font();
+    font.setPixelSize(44);
+    font.setBold(true);
+    p.setFont(font);
+    const char *names[] = {"N", "E", "S", "W"};
+    for (int deg = 0; deg < 360; deg += 10) {
+        const int x = deg * kPixelsPerDegree;
+        p.setPen(QPen(QColor(255, 255, 255, 150), deg % 90 == 0 ? 3 : 1));
+        p.drawLine(x, horizon - 12, x, horizon + 12);
+        if (deg % 90 == 0) {
+            p.setPen(QColor(255, 255, 255));
+            p.drawText(QRect(x - 40, 40, 80, 60), Qt::AlignCenter, QString::fromLatin1(names[deg / 90]));
+        }
+    }
+    return image;
+}
+} // namespace
+
+CLiveView::CLiveView(unsigned int screen, QWidget *parent)
+    : QWidget(parent)
+    , m_screen(screen)
+{
+    setAcceptDrops(true);
+    setMinimumSize(160, 90);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    auto *timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
+    timer->start(40);
+}
+
+const QImage &CLiveView::Panorama()
+{
+    static const QImage panorama = BuildPanorama();
+    return panorama;
+}
+
+void CLiveView::SetCamera(const QString &cameraId, const QString &name, ptz_devices::IPtzDriver *driver,
+                          bool fishEye)
+{
+    m_cameraId = cameraId;
+    m_name = name;
+    m_driver = driver;
+    m_fishEye = fishEye;
+    update();
+}
+
+void CLiveView::SetSelected(bool selected)
+{
+    if (m_selected == selected)
+        return;
+    m_selected = selected;
+    update();
+}
+
+void CLiveView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor(16, 18, 22));
+    if (m_cameraId.isEmpty()) {
+        painter.setPen(QColor(140, 146, 156));
+        painter.drawText(rect(), Qt::AlignCenter, tr("Screen %1: drop a camera here").arg(m_screen + 1));
+    } else if (m_fishEye) {
+        PaintFishEye(painter, rect());
+    } else {
+        PaintScene(painter, rect());
+    }
+    painter.setPen(QPen(m_selected ? QColor(64, 158, 255) : QColor(48, 52, 60), m_selected ? 3 : 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(rect().adjusted(1, 1, -2, -2));
+}
+
+void CLiveView::PaintScene(QPainter &painter, const QRect &area)
+{
+    const ptz_devices::DeviceStatus status = m_driver ? m_driver->status() : ptz_devices::DeviceStatus();
+    const QImage &pano = Panorama();
+    const double fov = kFieldOfView / std::max(1.0, status.zoom);
+    const double srcW = fov * kPixelsPerDegree;
+    const double srcH = srcW * area.height() / std::max(1, area.width());
+    const double cx = status.pan * kPixelsPerDegree;
+    const double cy = (kTiltTop - status.tilt) * kPixelsPerDegree;
+    const double top = std::clamp(cy - srcH / 2, 0.0, std::max(0.0, pano.height() - srcH));
+    // Crop across the 0/360 seam by drawing the panorama twice.
+    const double left = cx - srcW / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, status.zoom < 4);
+    const double scale = area.width() / srcW;
+    for (double offset : {-double(pano.width()), 0.0, double(pano.width())}) {
+        const double x = offset - left;
+        if (x + pano.width() < 0 || x > srcW)
+            continue;
+        const QRectF source(std::max(0.0, -x), top, std::min(srcW, pano.width() + x) - std::max(0.0, -x), srcH);
+        const QRectF target(area.left() + std::max(0.0, x) * scale, area.top(), source.width() * scale, area.height());
+        painter.drawImage(target, pano, source);
+    }
+    if (status.light)
+        painter.fillRect(area, QColor(255, 240, 190, 60));
+    if (!status.connected)
+        painter.fillRect(area, QColor(0, 0, 0, 160));
+    painter.restore();
+
+    QStringList running;
+    if (status.autoScan)
+        running << tr("AUTO-SCAN");
+    if (status.runningPatrol > 0)
+        running << tr("PATROL %1").arg(status.runningPatrol);
+    if (status.runningPattern > 0)
+        running << tr("PATTERN %1").arg(status.runningPattern);
+    if (status.recordingPattern > 0)
+        running << tr("RECORDING %1").arg(status.recordingPattern);
+    QStringList aux;
+    if (status.light)
+        aux << tr("LIGHT");
+    if (status.wiper)
+        aux << tr("WIPER");
+    if (!status.connected)
+        aux << tr("DISCONNECTED");
+
+    painter.setPen(Qt::white);
+    QFont font = painter.font();
+    font.setPixelSize(13);
+    painter.setFont(font);
+    const QRect text = area.adjusted(8, 6, -8, -6);
+    painter.drawText(text, Qt::AlignLeft | Qt::AlignTop, m_name);
+    painter.drawText(text, Qt::AlignRight | Qt::AlignTop, aux.join(QLatin1String("  ")));
+    painter.drawText(text, Qt::AlignLeft | Qt::AlignBottom,
+                     tr("P %1°  T %2°  Z %3x")
+                         .arg(status.pan, 0, 'f', 1)
+                         .arg(status.tilt, 0, 'f', 1)
+                         .arg(status.zoom, 0, 'f', 1));
+    painter.setPen(QColor(255, 210, 80));
+    painter.drawText(text, Qt::AlignRight | Qt::AlignBottom, running.join(QLatin1String("  ")));
+}
+
+void CLiveView::PaintFishEye(QPainter &painter, const QRect &area)
+{
+    const int d = std::min(area.width(), area.height()) - 12;
+    const QRect circle(area.center().x() - d / 2, area.center().y() - d / 2, d, d);
+    QPainterPath clip;
+    clip.addEllipse(circle);
+    painter.save();
+    painter.setClipPath(clip);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // The panorama bent into a ring: sky outside, ground towards the centre.
+    const QImage &pano = Panorama();
+    const int slices = 72;
+    for (int i = 0; i < slices; ++i) {
+        painter.save();
+        painter.translate(circle.center());
+        painter.rotate(i * 360.0 / slices);
+        const QRectF source(pano.width() * i / slices, 0, pano.width() / slices + 1, pano.height() * 0.6);
+        painter.drawImage(QRectF(-d * 0.045, -d / 2.0, d * 0.09, d / 2.0), pano, source);
+        painter.restore();
+    }
+    painter.restore();
+    painter.setPen(Qt::white);
+    painter.drawText(area.adjusted(8, 6, -8, -6), Qt::AlignLeft | Qt::AlignTop, m_name);
+}
+
+void CLiveView::mousePressEvent(QMouseEvent *event)
+{
+    emit SignalSelected(m_screen);
+    QWidget::mousePressEvent(event);
+}
+
+void CLiveView::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasFormat(QLatin1String(kCameraMime)) || event->mimeData()->hasText())
+        event->acceptProposedAction();
+}
+
+void CLiveView::dropEvent(QDropEvent *event)
+{
+    QString id = QString::fromUtf8(event->mimeData()->data(QLatin1String(kCameraMime)));
+    if (id.isEmpty())
+        id = event->mimeData()->text();
+    if (!id.isEmpty())
+        emit SignalCameraDropped(m_screen, id);
+    event->acceptProposedAction();
+}

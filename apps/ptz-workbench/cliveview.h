@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+namespace ptz_devices {
+class IPtzDriver;
+}
+
+// One screen of the live-view grid: paints what its camera sees, cropped and
+// scaled from a synthetic panorama by the camera's pan, tilt and zoom.
+class CLiveView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CLiveView(unsigned int screen, QWidget *parent = nullptr);
+
+    unsigned int Screen() const { return m_screen; }
+    void SetCamera(const QString &cameraId, const QString &name, ptz_devices::IPtzDriver *driver, bool fishEye);
+    QString CameraId() const { return m_cameraId; }
+    void SetSelected(bool selected);
+
+    // The shared panorama: 360 degrees wide, from 45 degrees above the horizon to straight down.
+    static const QImage &Panorama();
+
+signals:
+    void SignalSelected(unsigned int screen);
+    void SignalCameraDropped(unsigned int screen, const QString &cameraId);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void PaintScene(QPainter &painter, const QRect &area);
+    void PaintFishEye(QPainter &painter, const QRect &area);
+
+    unsigned int m_screen;
+    QString m_cameraId;
+    QString m_name;
+    QPointer<ptz_devices::IPtzDriver> m_driver;
+    bool m_fishEye = false;
+    bool m_selected = false;
+};

@@ -1,0 +1,338 @@
+#include "cworkbenchwindow.h"
+
+#include "cliveview.h"
+#include "ctoast.h"
+
+#include "boundary/cpreviewptzwndmanager.h"
+#include "panel/cpreviewptzwnd.h"
+#include "site_store/demosite.h"
+#include "vs_ui_data_controller/cvsstylemanager.h"
+#include "zeph_plugin_manager/ccamera.h"
+#include "zeph_plugin_manager/ccameramanager.h"
+#include "zeph_plugin_manager/ccurrentuser.h"
+#include "zeph_ptz_controller/cuniversalptzcontroller.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+
+#include <cmath>
+
+using PreviewPTZControl::CPreviewPTZWnd;
+using PreviewPTZControl::CPreviewPTZWndManager;
+
+namespace {
+
+CPreviewPTZWndManager *Registry()
+{
+    return Tarn::Base::CSingleton<CPreviewPTZWndManager>::Instance();
+}
+
+ZephPluginManager::CCameraManager *Cameras()
+{
+    return Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance();
+}
+
+// The camera list hands the camera identifier to a drop on a screen.
+class CCameraListWidget : public QListWidget
+{
+public:
+    using QListWidget::QListWidget;
+
+protected:
+    QMimeData *mimeData(const QList<QListWidgetItem *> items) const override
+    {
+        auto *data = new QMimeData;
+        if (!items.isEmpty()) {
+            const QString id = items.first()->data(Qt::UserRole).toString();
+            data->setData(QStringLiteral("application/x-ptz-camera-id"), id.toUtf8());
+            data->setText(id);
+        }
+        return data;
+    }
+};
+
+// Object name of a panel button and the icon it shows.
+struct ButtonIcon
+{
+    const char *name;
+    const char *icon;
+};
+
+const ButtonIcon kButtonIcons[] = {
+    {"m_pBtnKeyFocus", "one_key_focus"},      {"m_pBtn3D", "3d_positioning"},
+    {"m_pBtnLight", "light_off"},             {"m_pBtnLight_open", "light_on"},
+    {"m_pBtnWiper", "wiper"},                 {"m_pBtnWiper_right", "wiper"},
+    {"m_pBtnResetPos", "lens_init"},          {"ptr_manual_track_btn_", "manual_tracking"},
+    {"ptr_face_capture_btn_", "face_capture"}, {"ptr_park_action_btn_", "park_action"},
+    {"ptr_auto_track_btn_", "auto_tracking"}, {"ptr_update_ptz_btn_", "refresh"},
+    {"ptr_recover_config_btn_", "settings"},  {"pZoomInBtn", "zoom_in"},
+    {"pZoomOutBtn", "zoom_out"},              {"pFocusInBtn", "focus_near"},
+    {"pFocusOutBtn", "focus_far"},            {"pIRISInBtn", "iris_open"},
+    {"pIRISOutBtn", "iris_close"},            {"ptz_add_preset_btn_", "add"},
+    {"pAddBtn", "add"},                       {"pDeleteBtn", "remove"},
+    {"pUpBtn", "move_up"},                    {"pDownBtn", "move_down"},
+};
+
+QString WhiteName(const QString &name)
+{
+    return name.endsWith(QLatin1Char('_')) ? name + QStringLiteral("white_") : name + QStringLiteral("_white_");
+}
+
+} // namespace
+
+CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , m_controller(std::make_shared<zeph_ptz_controller::CUniversalPTZController>())
+{
+    setWindowTitle(tr("PTZ Workbench"));
+    auto *splitter = new QSplitter(this);
+    m_cameraList = new CCameraListWidget(splitter);
+    m_cameraList->setObjectName(QStringLiteral("ptr_camera_list_"));
+    m_cameraList->setDragEnabled(true);
+    m_cameraList->setMinimumWidth(200);
+    m_grid = new QWidget(splitter);
+    m_grid->setObjectName(QStringLiteral("ptr_live_grid_"));
+    m_gridLayout = new QGridLayout(m_grid);
+    m_gridLayout->setContentsMargins(2, 2, 2, 2);
+    m_gridLayout->setSpacing(2);
+    m_panels = new QStackedWidget(splitter);
+    m_panels->setMinimumWidth(300);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setStretchFactor(2, 0);
+    setCentralWidget(splitter);
+
+    connect(m_cameraList, &QListWidget::itemDoubleClicked, this,
+            [this](QListWidgetItem *item) { BindCamera(m_selected, item->data(Qt::UserRole).toString()); });
+    connect(m_controller.get(), &zeph_ptz_controller::CUniversalPTZController::SignalMessageTipNeeded, this,
+            &CWorkbenchWindow::ShowTip);
+
+    FillCameraList();
+    BuildMenus();
+    SetScreenCount(4);
+    // The demo cameras people try first, the full speed dome in the selected screen.
+    QStringList ids{QString::fromLatin1(site_store::demo::kSpeedDome), QString::fromLatin1(site_store::demo::kPtzNoPattern),
+                    QString::fromLatin1(site_store::demo::kBoxZoom), QString::fromLatin1(site_store::demo::kFishEye)};
+    const QStringList known = Cameras()->GetCameraIDs();
+    for (const QString &id : known)
+        if (!ids.contains(id))
+            ids << id;
+    int screen = 0;
+    for (const QString &id : qAsConst(ids))
+        if (known.contains(id) && screen < 4)
+            BindCamera(screen++, id);
+    SelectScreen(0);
+    SetWhiteTheme(false);
+    statusBar()->showMessage(
+        tr("Operator: %1. Double-click a camera or drag it onto a screen.")
+            .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()));
+}
+
+CWorkbenchWindow::~CWorkbenchWindow()
+{
+    for (int i = 0; i < m_panelList.size(); ++i) {
+        m_panelList.at(i)->StopWork();
+        Registry()->RemovePreviewPTZWnd(unsigned(i));
+    }
+}
+
+void CWorkbenchWindow::FillCameraList()
+{
+    m_cameraList->clear();
+    for (const std::shared_ptr<ZephPluginManager::CCamera> &camera : Cameras()->GetCameras()) {
+        auto *item = new QListWidgetItem(camera->GetName(), m_cameraList);
+        item->setData(Qt::UserRole, QString::fromStdString(camera->GetID()));
+        item->setToolTip(QStringLiteral("%1 (%2)").arg(QString::fromStdString(camera->GetID()), camera->GetModel()));
+    }
+}
+
+void CWorkbenchWindow::BuildMenus()
+{
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    auto *screens = new QActionGroup(this);
+    for (int n : {1, 4, 9}) {
+        QAction *a = view->addAction(tr("%1 screen(s)").arg(n), this, [this, n] { SetScreenCount(n); });
+        a->setCheckable(true);
+        a->setChecked(n == 4);
+        screens->addAction(a);
+    }
+    view->addSeparator();
+    QAction *white = view->addAction(tr("White theme"), this, [this](bool on) { SetWhiteTheme(on); });
+    white->setCheckable(true);
+    QAction *stacked = view->addAction(tr("Stacked panel layout"), this, [this](bool on) { SetStackedLayout(on); });
+    stacked->setCheckable(true);
+    QAction *bottom = view->addAction(tr("Show the panel's lower half"), this, [this](bool on) {
+        for (CPreviewPTZWnd *panel : qAsConst(m_panelList))
+            panel->SetBottomHalfVisible(on);
+    });
+    bottom->setCheckable(true);
+    bottom->setChecked(true);
+    QMenu *help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("Usage"), this, [this] {
+        QMessageBox::information(this, tr("PTZ Workbench"),
+                                 tr("Click a screen to select it; its PTZ panel shows on the right.\n"
+                                    "Double-click a camera, or drag it onto a screen, to bind it.\n"
+                                    "Hold an arrow of the pad to move the camera; the centre toggles auto-scan."));
+    });
+}
+
+void CWorkbenchWindow::SetScreenCount(int count)
+{
+    if (count != 1 && count != 4 && count != 9)
+        return;
+    while (m_views.size() > count) {
+        const int screen = m_views.size() - 1;
+        CPreviewPTZWnd *panel = m_panelList.takeLast();
+        panel->StopWork();
+        Registry()->RemovePreviewPTZWnd(unsigned(screen));
+        delete panel;
+        delete m_views.takeLast();
+    }
+    while (m_views.size() < count) {
+        const unsigned screen = unsigned(m_views.size());
+        auto *view = new CLiveView(screen, m_grid);
+        connect(view, &CLiveView::SignalSelected, this, [this](unsigned s) { SelectScreen(int(s)); });
+        connect(view, &CLiveView::SignalCameraDropped, this,
+                [this](unsigned s, const QString &id) { BindCamera(int(s), id); });
+        m_views.append(view);
+        auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
+        panel->SetPTZController(m_controller, nullptr);
+        panel->SwitchPTZWndLayout(m_stacked);
+        if (m_white)
+            panel->SwitchPTZWndBgColor(true);
+        connect(panel, &CPreviewPTZWnd::SignalMessageTipNeeded, this, &CWorkbenchWindow::ShowTip);
+        Registry()->AddPreviewPTZWnd(screen, panel);
+        m_panels->addWidget(panel);
+        m_panelList.append(panel);
+    }
+    LayoutGrid();
+    SelectScreen(std::min(m_selected, count - 1));
+}
+
+void CWorkbenchWindow::LayoutGrid()
+{
+    const int columns = int(std::lround(std::sqrt(double(m_views.size()))));
+    for (int i = 0; i < m_views.size(); ++i)
+        m_gridLayout->addWidget(m_views.at(i), i / columns, i % columns);
+}
+
+bool CWorkbenchWindow::BindCamera(int screen, const QString &cameraId)
+{
+    if (screen < 0 || screen >= m_views.size())
+        return false;
+    const std::shared_ptr<ZephPluginManager::CCamera> camera = Cameras()->GetCameraByID(cameraId);
+    if (!camera) {
+        ShowTip(tr("Unknown camera '%1'.").arg(cameraId), 0);
+        return false;
+    }
+    m_views.at(screen)->SetCamera(cameraId, camera->GetName(), camera->GetDriver(), camera->IsFishEye());
+    const QString owner = Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName();
+    m_panelList.at(screen)->SetCamera(owner, cameraId, false, false);
+    return true;
+}
+
+void CWorkbenchWindow::SelectScreen(int screen)
+{
+    if (screen < 0 || screen >= m_views.size())
+        return;
+    m_selected = screen;
+    for (int i = 0; i < m_views.size(); ++i)
+        m_views.at(i)->SetSelected(i == screen);
+    m_panels->setCurrentWidget(m_panelList.at(screen));
+}
+
+CPreviewPTZWnd *CWorkbenchWindow::Panel(int screen) const
+{
+    return screen >= 0 && screen < m_panelList.size() ? m_panelList.at(screen) : nullptr;
+}
+
+CLiveView *CWorkbenchWindow::View(int screen) const
+{
+    return screen >= 0 && screen < m_views.size() ? m_views.at(screen) : nullptr;
+}
+
+QString CWorkbenchWindow::StyleSheet(bool white)
+{
+    const QString bg = white ? QStringLiteral("#f3f5f8") : QStringLiteral("#1d2026");
+    const QString fg = white ? QStringLiteral("#1f2329") : QStringLiteral("#d9dde3");
+    const QString button = white ? QStringLiteral("#ffffff") : QStringLiteral("#2a2e36");
+    const QString border = white ? QStringLiteral("#c9ced6") : QStringLiteral("#3a3f49");
+    const QString accent = QStringLiteral("#2f7cf6");
+    QString qss = QStringLiteral(
+                      "QMainWindow, QWidget { background: %1; color: %2; }"
+                      "QPushButton { background: %3; border: 1px solid %4; border-radius: 4px; padding: 2px; }"
+                      "QPushButton:hover { border-color: %5; }"
+                      "QPushButton:checked, QPushButton:pressed { background: %5; }"
+                      "QPushButton:disabled { background: %1; border-color: %4; }"
+                      "QTabBar::tab { background: %3; border: 1px solid %4; padding: 4px; }"
+                      "QTabBar::tab:selected { background: %5; color: white; }"
+                      "QLineEdit, QListWidget, QTableView { background: %3; border: 1px solid %4; }"
+                      "QListWidget::item:selected { background: %5; color: white; }"
+                      "QSlider::groove:horizontal { height: 4px; background: %4; }"
+                      "QSlider::handle:horizontal { width: 12px; margin: -5px 0; border-radius: 6px; background: %5; }"
+                      "QMenuBar, QMenu, QStatusBar { background: %3; color: %2; }")
+                      .arg(bg, fg, button, border, accent);
+    const QString folder = white ? QStringLiteral(":/Images/PTZWhite/Buttons/") : QStringLiteral(":/Images/PTZ/Buttons/");
+    for (const ButtonIcon &b : kButtonIcons) {
+        const QString name = QString::fromLatin1(b.name);
+        qss += QStringLiteral("QPushButton#%1, QPushButton#%2 { qproperty-icon: url(%3%4.svg); qproperty-iconSize: 20px; }")
+                   .arg(name, WhiteName(name), folder, QString::fromLatin1(b.icon));
+    }
+    return qss;
+}
+
+void CWorkbenchWindow::SetWhiteTheme(bool white)
+{
+    m_white = white;
+    Tarn::Base::CSingleton<vs_ui_data_controller::CVSStyleManager>::Instance()->SetTheme(
+        white ? vs_ui_data_controller::CVSStyleManager::WhiteTheme : vs_ui_data_controller::CVSStyleManager::DarkTheme);
+    qApp->setStyleSheet(StyleSheet(white));
+    for (CPreviewPTZWnd *panel : qAsConst(m_panelList))
+        panel->SwitchPTZWndBgColor(white);
+}
+
+void CWorkbenchWindow::SetStackedLayout(bool stacked)
+{
+    m_stacked = stacked;
+    for (CPreviewPTZWnd *panel : qAsConst(m_panelList))
+        panel->SwitchPTZWndLayout(stacked);
+    m_panels->setMinimumWidth(stacked ? 300 : 560);
+}
+
+void CWorkbenchWindow::ShowTip(const QString &text, int level)
+{
+    if (text.isEmpty())
+        return;
+    auto *toast = new CToast(text, level, m_grid);
+    toast->setMaximumWidth(360);
+    toast->adjustSize();
+    toast->Start();
+    connect(toast, &QObject::destroyed, this, &CWorkbenchWindow::PlaceToasts, Qt::QueuedConnection);
+    PlaceToasts();
+}
+
+void CWorkbenchWindow::PlaceToasts()
+{
+    int y = 12;
+    const QList<CToast *> toasts = m_grid->findChildren<CToast *>(QString(), Qt::FindDirectChildrenOnly);
+    for (CToast *toast : toasts) {
+        toast->move(m_grid->width() - toast->width() - 12, y);
+        toast->raise();
+        y += toast->height() + 6;
+    }
+}
+
+void CWorkbenchWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    PlaceToasts();
+}

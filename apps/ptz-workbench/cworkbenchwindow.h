@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QVector>
+
+#include <memory>
+
+class QGridLayout;
+class QListWidget;
+class QStackedWidget;
+class CLiveView;
+
+namespace PreviewPTZControl {
+class CPreviewPTZWnd;
+}
+namespace zeph_ptz_controller {
+class CUniversalPTZController;
+}
+
+// The host: camera list, a grid of live views with one PTZ panel per screen,
+// the selected screen's panel beside the grid, message tips as toasts.
+class CWorkbenchWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit CWorkbenchWindow(QWidget *parent = nullptr);
+    ~CWorkbenchWindow() override;
+
+    void SetScreenCount(int count); // 1, 4 or 9
+    int ScreenCount() const { return m_views.size(); }
+    bool BindCamera(int screen, const QString &cameraId);
+    void SelectScreen(int screen);
+    int SelectedScreen() const { return m_selected; }
+    void SetWhiteTheme(bool white);
+    void SetStackedLayout(bool stacked);
+    void ShowTip(const QString &text, int level);
+
+    PreviewPTZControl::CPreviewPTZWnd *Panel(int screen) const;
+    CLiveView *View(int screen) const;
+
+    // The application style sheet of a theme: looks for the panel's dark or "_white_" object names.
+    static QString StyleSheet(bool white);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void BuildMenus();
+    void FillCameraList();
+    void LayoutGrid();
+    void PlaceToasts();
+
+    std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> m_controller;
+    QListWidget *m_cameraList = nullptr;
+    QWidget *m_grid = nullptr;
+    QGridLayout *m_gridLayout = nullptr;
+    QStackedWidget *m_panels = nullptr;
+    QVector<CLiveView *> m_views;
+    QVector<PreviewPTZControl::CPreviewPTZWnd *> m_panelList;
+    int m_selected = 0;
+    bool m_white = false;
+    bool m_stacked = false;
+};
