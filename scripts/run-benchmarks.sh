@@ -6,8 +6,8 @@ out=docs/benchmarks.txt
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
 {
   echo "# Benchmark figures ($(date -u +%Y-%m-%d), $(nproc) cores, $(uname -m))"
-  for b in "$build"/bench/*; do
-    [ -x "$b" ] || continue
+  for b in "$build"/bench/bench_*; do
+    [ -f "$b" ] && [ -x "$b" ] || continue
     echo
     echo "## $(basename "$b")"
     "$b"
