@@ -101,8 +101,13 @@ void CPreviewPTZWnd::ModifyTabWidth(bool b_third_tab_visible)
 {
     QTabWidget *tabs = ui_right_->m_pTabWidget;
     const int width = b_third_tab_visible ? (tabs->width() - 68) / 3 : (tabs->width() - 67) / 2;
-    tabs->setStyleSheet(QStringLiteral("QTabBar::tab {width: %1px}").arg(width));
-    Repolish(tabs);
+    const QString sheet = QStringLiteral("QTabBar::tab {width: %1px}").arg(width);
+    // Applying a style sheet re-polishes the whole tab tree; binding a camera asks for the same width again
+    // and again, and that was most of the binding time.
+    if (tabs->styleSheet() != sheet) {
+        tabs->setStyleSheet(sheet);
+        Repolish(tabs);
+    }
     SetPtzAuxiliaryLineHide();
 }
 

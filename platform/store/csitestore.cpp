@@ -430,6 +430,7 @@ bool validCameraId(const QString &id) { return !id.trimmed().isEmpty(); }
 
 // One write in its own transaction (or the surrounding batch's).
 #define SITE_WRITE_BEGIN()                                                   \
+    d->cache.clear();                                                        \
     QSqlDatabase db = d->db();                                               \
     if (!db.isOpen()) {                                                      \
         d->lastError = tr("The site store is not open.");                    \
@@ -446,6 +447,7 @@ bool validCameraId(const QString &id) { return !id.trimmed().isEmpty(); }
 #define SITE_WRITE_FAIL()                                                    \
     do {                                                                     \
         q.finish();                                                          \
+        d->cache.clear();                                                    \
         if (ownTransaction)                                                  \
             db.rollback();                                                   \
         d->lastError = error;                                                \
@@ -455,6 +457,7 @@ bool validCameraId(const QString &id) { return !id.trimmed().isEmpty(); }
 #define SITE_WRITE_END(table, camera)                                        \
     do {                                                                     \
         q.finish();                                                          \
+        d->cache.clear();                                                    \
         if (ownTransaction && !db.commit()) {                                \
             d->lastError = db.lastError().text();                            \
             db.rollback();                                                   \
@@ -491,6 +494,19 @@ QList<CameraRecord> CSiteStore::cameras() const
 }
 
 std::optional<CameraRecord> CSiteStore::camera(const QString &id) const
+{
+    if (d->cacheable()) {
+        const auto hit = d->cache.cameras.constFind(id);
+        if (hit != d->cache.cameras.constEnd())
+            return *hit;
+        const std::optional<CameraRecord> row = readCamera(id);
+        d->cache.cameras.insert(id, row);
+        return row;
+    }
+    return readCamera(id);
+}
+
+std::optional<CameraRecord> CSiteStore::readCamera(const QString &id) const
 {
     SITE_READ_BEGIN(std::nullopt);
     if (!run(q, QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade, fisheye,"
@@ -554,6 +570,19 @@ QList<UserRecord> CSiteStore::users() const
 }
 
 std::optional<UserRecord> CSiteStore::user(const QString &name) const
+{
+    if (d->cacheable()) {
+        const auto hit = d->cache.users.constFind(name);
+        if (hit != d->cache.users.constEnd())
+            return *hit;
+        const std::optional<UserRecord> row = readUser(name);
+        d->cache.users.insert(name, row);
+        return row;
+    }
+    return readUser(name);
+}
+
+std::optional<UserRecord> CSiteStore::readUser(const QString &name) const
 {
     SITE_READ_BEGIN(std::nullopt);
     if (!run(q, QStringLiteral("SELECT name, ptz_level FROM users WHERE name = ?"), {name}, &error)) {
@@ -630,6 +659,20 @@ bool CSiteStore::revokePermission(const QString &user, const QString &cameraId, 
 
 bool CSiteStore::hasPermission(const QString &user, const QString &cameraId, int item) const
 {
+    if (d->cacheable()) {
+        const QString key = user + QLatin1Char('\n') + cameraId + QLatin1Char('\n') + QString::number(item);
+        const auto hit = d->cache.permissions.constFind(key);
+        if (hit != d->cache.permissions.constEnd())
+            return *hit;
+        const bool granted = readPermission(user, cameraId, item);
+        d->cache.permissions.insert(key, granted);
+        return granted;
+    }
+    return readPermission(user, cameraId, item);
+}
+
+bool CSiteStore::readPermission(const QString &user, const QString &cameraId, int item) const
+{
     SITE_READ_BEGIN(false);
     if (!run(q, QStringLiteral("SELECT 1 FROM permissions WHERE user = ? AND item = ? AND camera_id IN (?, ?)"),
              {user, item, cameraId, kAllCameras}, &error)) {
@@ -657,12 +700,23 @@ bool CSiteStore::setCurrentUser(const QString &name)
 
 QString CSiteStore::setting(const QString &key, const QString &defaultValue) const
 {
-    SITE_READ_BEGIN(defaultValue);
+    if (d->cacheable()) {
+        auto hit = d->cache.settings.constFind(key);
+        if (hit == d->cache.settings.constEnd())
+            hit = d->cache.settings.insert(key, readSetting(key));
+        return hit->value_or(defaultValue);
+    }
+    return readSetting(key).value_or(defaultValue);
+}
+
+std::optional<QString> CSiteStore::readSetting(const QString &key) const
+{
+    SITE_READ_BEGIN(std::nullopt);
     if (!run(q, QStringLiteral("SELECT value FROM settings WHERE key = ?"), {key}, &error)) {
         d->lastError = error;
-        return defaultValue;
+        return std::nullopt;
     }
-    return q.next() ? q.value(0).toString() : defaultValue;
+    return q.next() ? std::optional<QString>(q.value(0).toString()) : std::nullopt;
 }
 
 bool CSiteStore::boolSetting(const QString &key, bool defaultValue) const
@@ -890,6 +944,22 @@ bool CSiteStore::setRecovery(const RecoveryRecord &r)
 
 std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateTime &now) const
 {
+    std::optional<LockRecord> row;
+    if (d->cacheable()) {
+        auto hit = d->cache.locks.constFind(cameraId);
+        if (hit == d->cache.locks.constEnd())
+            hit = d->cache.locks.insert(cameraId, readLock(cameraId));
+        row = *hit;
+    } else {
+        row = readLock(cameraId);
+    }
+    if (row && row->expiresAt <= now)
+        return std::nullopt;
+    return row;
+}
+
+std::optional<LockRecord> CSiteStore::readLock(const QString &cameraId) const
+{
     SITE_READ_BEGIN(std::nullopt);
     if (!run(q, QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks WHERE camera_id = ?"), {cameraId},
              &error)) {
@@ -904,8 +974,6 @@ std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateT
     r.holderLevel = q.value(1).toInt();
     r.expiresAt = QDateTime::fromMSecsSinceEpoch(q.value(2).toLongLong(), Qt::UTC);
     r.holderDetail = q.value(3).toString();
-    if (r.expiresAt <= now)
-        return std::nullopt;
     return r;
 }
 

@@ -82,6 +82,7 @@ bool CSiteStore::seedDemoSite()
     }
 
     --d->batchDepth;
+    d->cache.clear();
     if (!ok) {
         const QString error = d->lastError;
         db.rollback();

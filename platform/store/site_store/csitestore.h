@@ -165,6 +165,11 @@ Q_SIGNALS:
 
 private:
     explicit CSiteStore(QObject *parent = nullptr);
+    std::optional<CameraRecord> readCamera(const QString &id) const;
+    std::optional<UserRecord> readUser(const QString &name) const;
+    bool readPermission(const QString &user, const QString &cameraId, int item) const;
+    std::optional<QString> readSetting(const QString &key) const;
+    std::optional<LockRecord> readLock(const QString &cameraId) const;
     struct Private;
     std::unique_ptr<Private> d;
 };

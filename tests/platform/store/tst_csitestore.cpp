@@ -30,6 +30,8 @@ private Q_SLOTS:
 
     void permissionsPerCameraAndWildcard();
     void lockLapsesAtExpiry();
+    void writesReplaceRowsReadBefore_data();
+    void writesReplaceRowsReadBefore();
     void changeSignal();
     void currentStoreAndPath_data();
     void currentStoreAndPath();
@@ -330,6 +332,64 @@ void TestSiteStore::lockLapsesAtExpiry()
 
     QVERIFY(store->clearLock(cam));
     QVERIFY(!store->lock(cam, t0));
+}
+
+void TestSiteStore::writesReplaceRowsReadBefore_data()
+{
+    QTest::addColumn<QString>("what");
+    QTest::newRow("camera") << "camera";
+    QTest::newRow("removed camera") << "removed camera";
+    QTest::newRow("user level") << "user";
+    QTest::newRow("permission revoked") << "permission";
+    QTest::newRow("switch") << "setting";
+    QTest::newRow("lock taken and cleared") << "lock";
+    QTest::newRow("reseeded") << "seed";
+}
+
+// Reads are answered from memory between writes; every kind of write must be seen by the next read.
+void TestSiteStore::writesReplaceRowsReadBefore()
+{
+    QFETCH(QString, what);
+    auto store = openTemp();
+    const QString cam = QString::fromLatin1(demo::kSpeedDome);
+    const QString user = QString::fromLatin1(demo::kOperator);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    // Read everything once so it is remembered.
+    QVERIFY(store->camera(cam));
+    QVERIFY(store->user(user));
+    QVERIFY(store->hasPermission(user, cam, CSiteStore::kPermParkAction));
+    const QString product = store->setting(CSiteStore::kProductType);
+    QVERIFY(!store->lock(cam, now));
+
+    if (what == QLatin1String("camera")) {
+        CameraRecord c = *store->camera(cam);
+        c.name = QStringLiteral("Renamed");
+        QVERIFY(store->upsertCamera(c));
+        QCOMPARE(store->camera(cam)->name, QStringLiteral("Renamed"));
+    } else if (what == QLatin1String("removed camera")) {
+        QVERIFY(store->removeCamera(cam));
+        QVERIFY(!store->camera(cam));
+    } else if (what == QLatin1String("user")) {
+        QVERIFY(store->upsertUser({user, 77}));
+        QCOMPARE(store->user(user)->ptzLevel, 77);
+    } else if (what == QLatin1String("permission")) {
+        QVERIFY(store->revokePermission(user, CSiteStore::kAllCameras, CSiteStore::kPermParkAction));
+        QVERIFY(!store->hasPermission(user, cam, CSiteStore::kPermParkAction));
+    } else if (what == QLatin1String("setting")) {
+        QVERIFY(store->setSetting(CSiteStore::kProductType, product + QStringLiteral("-changed")));
+        QCOMPARE(store->setting(CSiteStore::kProductType), product + QStringLiteral("-changed"));
+    } else if (what == QLatin1String("lock")) {
+        QVERIFY(store->setLock({cam, user, 50, now.addSecs(60), {}}));
+        QCOMPARE(store->lock(cam, now)->holder, user);
+        QVERIFY(!store->lock(cam, now.addSecs(61)));
+        QVERIFY(store->clearLock(cam));
+        QVERIFY(!store->lock(cam, now));
+    } else {
+        QVERIFY(store->removeCamera(cam));
+        QVERIFY(!store->camera(cam));
+        QVERIFY(store->seedDemoSite());
+        QVERIFY(store->camera(cam));
+    }
 }
 
 void TestSiteStore::changeSignal()
