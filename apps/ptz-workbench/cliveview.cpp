@@ -4,6 +4,7 @@
 
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRandomGenerator>
@@ -120,6 +121,15 @@ void CLiveView::SetSelected(bool selected)
     update();
 }
 
+void CLiveView::SetPictureAction(int function)
+{
+    m_action = function;
+    m_box = QRect();
+    m_dragging = false;
+    setCursor(function == 0 ? Qt::ArrowCursor : Qt::CrossCursor);
+    update();
+}
+
 void CLiveView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -131,6 +141,16 @@ void CLiveView::paintEvent(QPaintEvent *)
         PaintFishEye(painter, rect());
     } else {
         PaintScene(painter, rect());
+    }
+    if (m_dragging) {
+        painter.setPen(QPen(QColor(255, 210, 80), 2, Qt::DashLine));
+        painter.drawRect(m_box.normalized());
+    }
+    if (m_action != 0) {
+        painter.setPen(QColor(255, 210, 80));
+        painter.drawText(rect().adjusted(8, 24, -8, -8), Qt::AlignHCenter | Qt::AlignTop,
+                         m_action == 1 ? tr("3D positioning: drag a box around the target")
+                                       : tr("Click the target on the picture"));
     }
     painter.setPen(QPen(m_selected ? QColor(64, 158, 255) : QColor(48, 52, 60), m_selected ? 3 : 1));
     painter.setBrush(Qt::NoBrush);
@@ -227,7 +247,42 @@ void CLiveView::PaintFishEye(QPainter &painter, const QRect &area)
 void CLiveView::mousePressEvent(QMouseEvent *event)
 {
     emit SignalSelected(m_screen);
+    if (event->button() == Qt::LeftButton && m_action == 1 && !m_cameraId.isEmpty()) {
+        m_boxStart = event->pos();
+        m_box = QRect(m_boxStart, m_boxStart);
+        m_dragging = true;
+    }
     QWidget::mousePressEvent(event);
+}
+
+void CLiveView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_dragging) {
+        m_box = QRect(m_boxStart, event->pos());
+        update();
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+void CLiveView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && !m_cameraId.isEmpty() && width() > 0 && height() > 0) {
+        if (m_action == 1 && m_dragging) {
+            m_dragging = false;
+            m_box = QRect(m_boxStart, event->pos());
+            // Keep the drawing direction: a box drawn right to left asks to zoom out.
+            const QRectF box(double(m_box.left()) / width(), double(m_box.top()) / height(),
+                             double(m_box.width()) / width(), double(m_box.height()) / height());
+            m_box = QRect();
+            update();
+            if (std::abs(box.width()) > 0.01 && std::abs(box.height()) > 0.01)
+                emit SignalBoxDrawn(m_screen, box);
+        } else if (m_action == 4 || m_action == 5) {
+            emit SignalTargetClicked(m_screen, m_action,
+                                     QPointF(double(event->pos().x()) / width(), double(event->pos().y()) / height()));
+        }
+    }
+    QWidget::mouseReleaseEvent(event);
 }
 
 void CLiveView::dragEnterEvent(QDragEnterEvent *event)

@@ -21,16 +21,27 @@ public:
     QString CameraId() const { return m_cameraId; }
     void SetSelected(bool selected);
 
+    // Picture actions asked for by the panel: 1 3D positioning (drag a box), 4 manual tracking and
+    // 5 face capture (click a target); 0 for none.
+    void SetPictureAction(int function);
+    int PictureAction() const { return m_action; }
+
     // The shared panorama: 360 degrees wide, from 45 degrees above the horizon to straight down.
     static const QImage &Panorama();
 
 signals:
     void SignalSelected(unsigned int screen);
     void SignalCameraDropped(unsigned int screen, const QString &cameraId);
+    // A box was drawn in 3D mode, normalised to the picture (y down).
+    void SignalBoxDrawn(unsigned int screen, const QRectF &box);
+    // A target was clicked for manual tracking or face capture, normalised to the picture.
+    void SignalTargetClicked(unsigned int screen, int function, const QPointF &point);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
@@ -44,4 +55,8 @@ private:
     QPointer<ptz_devices::IPtzDriver> m_driver;
     bool m_fishEye = false;
     bool m_selected = false;
+    int m_action = 0;
+    bool m_dragging = false;
+    QPoint m_boxStart;
+    QRect m_box;
 };

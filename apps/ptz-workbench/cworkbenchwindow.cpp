@@ -12,7 +12,14 @@
 #include "zeph_plugin_manager/ccurrentuser.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 
+#include "vs_ui_data_controller/cinformationmgr.h"
+#include "ptz_devices/iptzdriver.h"
+#include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+
 #include <QActionGroup>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSlider>
 #include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -118,6 +125,7 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
 
     FillCameraList();
     BuildMenus();
+    qApp->installEventFilter(this);
     SetScreenCount(4);
     // The demo cameras people try first, the full speed dome in the selected screen.
     QStringList ids{QString::fromLatin1(site_store::demo::kSpeedDome), QString::fromLatin1(site_store::demo::kPtzNoPattern),
@@ -139,6 +147,8 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
 
 CWorkbenchWindow::~CWorkbenchWindow()
 {
+    qApp->removeEventFilter(this);
+    StopHeldKeys();
     for (int i = 0; i < m_panelList.size(); ++i) {
         m_panelList.at(i)->StopWork();
         Registry()->RemovePreviewPTZWnd(unsigned(i));
@@ -181,7 +191,12 @@ void CWorkbenchWindow::BuildMenus()
         QMessageBox::information(this, tr("PTZ Workbench"),
                                  tr("Click a screen to select it; its PTZ panel shows on the right.\n"
                                     "Double-click a camera, or drag it onto a screen, to bind it.\n"
-                                    "Hold an arrow of the pad to move the camera; the centre toggles auto-scan."));
+                                    "Hold an arrow of the pad to move the camera; the centre toggles auto-scan.\n\n"
+                                    "Keyboard (selected screen, while held):\n"
+                                    "  arrows or keypad 8 2 4 6: up, down, left, right\n"
+                                    "  keypad 7 9 1 3: diagonals\n"
+                                    "  + / -: zoom in / out\n\n"
+                                    "3D positioning: switch it on in the panel, then drag a box on the picture."));
     });
 }
 
@@ -203,6 +218,19 @@ void CWorkbenchWindow::SetScreenCount(int count)
         connect(view, &CLiveView::SignalSelected, this, [this](unsigned s) { SelectScreen(int(s)); });
         connect(view, &CLiveView::SignalCameraDropped, this,
                 [this](unsigned s, const QString &id) { BindCamera(int(s), id); });
+        connect(view, &CLiveView::SignalBoxDrawn, this, [this](unsigned s, const QRectF &box) {
+            if (ptz_devices::IPtzDriver *driver = Cameras()->GetDriver(m_views.at(int(s))->CameraId()))
+                driver->position3D(box);
+        });
+        connect(view, &CLiveView::SignalTargetClicked, this, [this](unsigned s, int function, const QPointF &at) {
+            const QString what = function == 4 ? tr("Tracking the target at %1%, %2% of the picture.")
+                                               : tr("Face captured at %1%, %2% of the picture.");
+            Tarn::Base::CSingleton<vs_ui_data_controller::CInformationMgr>::Instance()
+                ->ShowInformationAtScreenRightBottom_V3(
+                    what.arg(qRound(at.x() * 100)).arg(qRound(at.y() * 100)), this);
+            m_views.at(int(s))->SetPictureAction(0);
+            m_panelList.at(int(s))->OnWndPtzActionStateChanged(function, false);
+        });
         m_views.append(view);
         auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
         panel->SetPTZController(m_controller, nullptr);
@@ -210,6 +238,8 @@ void CWorkbenchWindow::SetScreenCount(int count)
         if (m_white)
             panel->SwitchPTZWndBgColor(true);
         connect(panel, &CPreviewPTZWnd::SignalMessageTipNeeded, this, &CWorkbenchWindow::ShowTip);
+        connect(panel, &CPreviewPTZWnd::SignalFunctionEnabled, this,
+                [this, screen](int function, bool enabled) { OnFunctionEnabled(int(screen), function, enabled); });
         Registry()->AddPreviewPTZWnd(screen, panel);
         m_panels->addWidget(panel);
         m_panelList.append(panel);
@@ -329,6 +359,127 @@ void CWorkbenchWindow::PlaceToasts()
         toast->raise();
         y += toast->height() + 6;
     }
+}
+
+void CWorkbenchWindow::OnFunctionEnabled(int screen, int function, bool enabled)
+{
+    if (screen >= m_views.size() || (function != 1 && function != 4 && function != 5))
+        return;
+    CLiveView *view = m_views.at(screen);
+    if (enabled)
+        view->SetPictureAction(function);
+    else if (view->PictureAction() == function)
+        view->SetPictureAction(0);
+}
+
+int CWorkbenchWindow::CommandForKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    const bool keypad = modifiers & Qt::KeypadModifier;
+    switch (key) {
+    case Qt::Key_Up:
+        return 21;
+    case Qt::Key_Down:
+        return 22;
+    case Qt::Key_Left:
+        return 23;
+    case Qt::Key_Right:
+        return 24;
+    case Qt::Key_Plus:
+        return 11;
+    case Qt::Key_Minus:
+        return 12;
+    default:
+        break;
+    }
+    if (!keypad)
+        return 0;
+    switch (key) {
+    case Qt::Key_8:
+        return 21;
+    case Qt::Key_2:
+        return 22;
+    case Qt::Key_4:
+        return 23;
+    case Qt::Key_6:
+        return 24;
+    case Qt::Key_7:
+    case Qt::Key_Home:
+        return 25;
+    case Qt::Key_9:
+    case Qt::Key_PageUp:
+        return 26;
+    case Qt::Key_1:
+    case Qt::Key_End:
+        return 27;
+    case Qt::Key_3:
+    case Qt::Key_PageDown:
+        return 28;
+    default:
+        return 0;
+    }
+}
+
+bool CWorkbenchWindow::SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool press)
+{
+    if (press) {
+        const int command = CommandForKey(key, modifiers);
+        if (command == 0 || m_heldKeys.contains(key) || !View(m_selected) || View(m_selected)->CameraId().isEmpty())
+            return command != 0;
+        m_heldCamera = View(m_selected)->CameraId();
+        m_heldKeys.insert(key, command);
+        SendCommand(command, 0);
+        return true;
+    }
+    if (!m_heldKeys.contains(key))
+        return false;
+    SendCommand(m_heldKeys.take(key), 1);
+    return true;
+}
+
+void CWorkbenchWindow::SendCommand(int command, int action)
+{
+    ptz_plugin_protocol::PTZControlCommand cmd;
+    cmd.camera_index_code = m_heldCamera.toStdString();
+    cmd.owner_index_code =
+        Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName().toStdString();
+    cmd.command = uint32_t(command);
+    cmd.action = uint32_t(action);
+    // The same speed as the pad: the selected panel's slider.
+    const QSlider *slider = Panel(m_selected) ? Panel(m_selected)->findChild<QSlider *>() : nullptr;
+    cmd.speed = slider ? slider->value() : 20;
+    cmd.extra = 0;
+    m_controller->Control(cmd);
+}
+
+void CWorkbenchWindow::StopHeldKeys()
+{
+    const QList<int> keys = m_heldKeys.keys();
+    for (int key : keys)
+        SendCommand(m_heldKeys.take(key), 1);
+}
+
+bool CWorkbenchWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        // Text fields keep their keys; auto-repeat must not restart a held move.
+        if (!key->isAutoRepeat() && !qobject_cast<QLineEdit *>(QApplication::focusWidget()) && watched->isWidgetType()
+            && static_cast<QWidget *>(watched)->window() == this) {
+            if (SteerByKey(key->key(), key->modifiers(), event->type() == QEvent::KeyPress))
+                return true;
+        } else if (key->isAutoRepeat() && m_heldKeys.contains(key->key())) {
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void CWorkbenchWindow::changeEvent(QEvent *event)
+{
+    // Keys released while another window has the focus never arrive here: stop what they hold.
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow())
+        StopHeldKeys();
+    QMainWindow::changeEvent(event);
 }
 
 void CWorkbenchWindow::resizeEvent(QResizeEvent *event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QMainWindow>
 #include <QVector>
 
@@ -42,14 +43,24 @@ public:
     // The application style sheet of a theme: looks for the panel's dark or "_white_" object names.
     static QString StyleSheet(bool white);
 
+    // PTZ command a key steers with while held (21-28 moves, 11/12 zoom), or 0.
+    static int CommandForKey(int key, Qt::KeyboardModifiers modifiers);
+    // Starts (press) or stops (release) the command of a key on the selected screen's camera.
+    bool SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool press);
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void BuildMenus();
     void FillCameraList();
     void LayoutGrid();
     void PlaceToasts();
+    void SendCommand(int command, int action);
+    void StopHeldKeys();
+    void OnFunctionEnabled(int screen, int function, bool enabled);
 
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> m_controller;
     QListWidget *m_cameraList = nullptr;
@@ -61,4 +72,6 @@ private:
     int m_selected = 0;
     bool m_white = false;
     bool m_stacked = false;
+    QHash<int, int> m_heldKeys; // key -> command started by it
+    QString m_heldCamera;
 };

@@ -7,10 +7,13 @@
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
 #include "zeph_plugin_manager/ccameramanager.h"
+#include "ptz_devices/csimclock.h"
+#include "ptz_devices/csimulatedcamera.h"
 
 #include <QLabel>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QKeyEvent>
 #include <QTest>
 
 using PreviewPTZControl::CPreviewPTZWnd;
@@ -29,14 +32,32 @@ private slots:
     void toastsByLevel();
     void unknownCameraIsRefusedWithATip();
     void themeSwitchRenamesThePanels();
+    void keysMapToCommands_data();
+    void keysMapToCommands();
+    void heldKeySendsOnePressAndOneRelease_data();
+    void heldKeySendsOnePressAndOneRelease();
+    void boxOnThePictureZoomsTheCamera();
 
 private:
+    ptz_devices::CSimulatedCamera *dome() const;
+
     QTemporaryDir m_dir;
+    ptz_devices::CSimClock *m_clock = nullptr;
 };
+
+ptz_devices::CSimulatedCamera *TestWorkbenchWindow::dome() const
+{
+    return qobject_cast<ptz_devices::CSimulatedCamera *>(
+        Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetDriver(
+            QString::fromLatin1(site_store::demo::kSpeedDome)));
+}
 
 void TestWorkbenchWindow::init()
 {
     Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->Clear();
+    delete m_clock;
+    m_clock = new ptz_devices::CSimClock(ptz_devices::CSimClock::Mode::Manual);
+    Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->SetSimClock(m_clock);
     site_store::CSiteStore::InstallCurrent(
         site_store::CSiteStore::Open(m_dir.filePath(QStringLiteral("%1.sqlite").arg(QTest::currentTestFunction()))));
 }
@@ -132,6 +153,108 @@ void TestWorkbenchWindow::themeSwitchRenamesThePanels()
     QVERIFY(CWorkbenchWindow::StyleSheet(true).contains(QLatin1String(":/Images/PTZWhite/Buttons/")));
     QVERIFY(CWorkbenchWindow::StyleSheet(false).contains(QLatin1String("#m_pBtnLight_open ")) ||
             CWorkbenchWindow::StyleSheet(false).contains(QLatin1String("#m_pBtnLight_open,")));
+}
+
+void TestWorkbenchWindow::keysMapToCommands_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("keypad");
+    QTest::addColumn<int>("command");
+    QTest::newRow("up") << int(Qt::Key_Up) << false << 21;
+    QTest::newRow("down") << int(Qt::Key_Down) << false << 22;
+    QTest::newRow("left") << int(Qt::Key_Left) << false << 23;
+    QTest::newRow("right") << int(Qt::Key_Right) << false << 24;
+    QTest::newRow("keypad 8") << int(Qt::Key_8) << true << 21;
+    QTest::newRow("keypad 7") << int(Qt::Key_7) << true << 25;
+    QTest::newRow("keypad 9") << int(Qt::Key_9) << true << 26;
+    QTest::newRow("keypad 1") << int(Qt::Key_1) << true << 27;
+    QTest::newRow("keypad 3") << int(Qt::Key_3) << true << 28;
+    QTest::newRow("plus zooms in") << int(Qt::Key_Plus) << false << 11;
+    QTest::newRow("minus zooms out") << int(Qt::Key_Minus) << false << 12;
+    QTest::newRow("digit row 8 is no move") << int(Qt::Key_8) << false << 0;
+    QTest::newRow("a letter") << int(Qt::Key_A) << false << 0;
+}
+
+void TestWorkbenchWindow::keysMapToCommands()
+{
+    QFETCH(int, key);
+    QFETCH(bool, keypad);
+    QFETCH(int, command);
+    QCOMPARE(CWorkbenchWindow::CommandForKey(key, keypad ? Qt::KeypadModifier : Qt::NoModifier), command);
+}
+
+void TestWorkbenchWindow::heldKeySendsOnePressAndOneRelease_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("stop");
+    QTest::newRow("arrow up: move, then stop") << int(Qt::Key_Up) << int(ptz_devices::DriverOperation::MovePanTilt)
+                                               << int(ptz_devices::DriverOperation::StopPanTilt);
+    QTest::newRow("plus: zoom, then zoom stop") << int(Qt::Key_Plus) << int(ptz_devices::DriverOperation::Zoom)
+                                                << int(ptz_devices::DriverOperation::Zoom);
+}
+
+void TestWorkbenchWindow::heldKeySendsOnePressAndOneRelease()
+{
+    QFETCH(int, key);
+    QFETCH(int, start);
+    QFETCH(int, stop);
+    CWorkbenchWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.SelectScreen(0);
+    QVERIFY(dome());
+    dome()->clearRequestLog();
+    const double tiltBefore = dome()->status().tilt;
+
+    QTest::keyPress(&window, Qt::Key(key));
+    // Auto-repeat of a held key must not start the move again.
+    QKeyEvent repeat(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(&window, &repeat);
+    QTRY_COMPARE(dome()->requestLog().size(), 1);
+    QCOMPARE(int(dome()->requestLog().at(0).operation), start);
+    if (key == Qt::Key_Up)
+        QTRY_VERIFY(dome()->status().panTiltMoving);
+    else
+        QTRY_VERIFY(dome()->status().zoomMoving);
+    m_clock->advance(500);
+    QTest::keyRelease(&window, Qt::Key(key));
+    QTRY_COMPARE(dome()->requestLog().size(), 2);
+    QCOMPARE(int(dome()->requestLog().at(1).operation), stop);
+    if (key == Qt::Key_Up) {
+        QVERIFY(dome()->status().tilt > tiltBefore);
+        QTRY_VERIFY(!dome()->status().panTiltMoving);
+    } else {
+        QTRY_VERIFY(!dome()->status().zoomMoving);
+    }
+}
+
+void TestWorkbenchWindow::boxOnThePictureZoomsTheCamera()
+{
+    CWorkbenchWindow window;
+    window.resize(1200, 800);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    CLiveView *view = window.View(0);
+    QVERIFY(dome());
+    const double zoomBefore = dome()->status().zoom;
+    // The panel's 3D button asks the host for the picture action.
+    emit window.Panel(0)->SignalFunctionEnabled(1, true);
+    QCOMPARE(view->PictureAction(), 1);
+    const QPoint a(view->width() / 4, view->height() / 4);
+    const QPoint b(view->width() / 2, view->height() / 2);
+    QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, a);
+    QTest::mouseMove(view, b);
+    QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, b);
+    QTRY_VERIFY(!dome()->requestLog().isEmpty()
+                && dome()->requestLog().last().operation == ptz_devices::DriverOperation::Position3D);
+    for (int i = 0; i < 50 && !(dome()->status().zoom > zoomBefore); ++i) {
+        QCoreApplication::processEvents();
+        m_clock->advance(200);
+    }
+    QVERIFY(dome()->status().zoom > zoomBefore);
+    emit window.Panel(0)->SignalFunctionEnabled(1, false);
+    QCOMPARE(view->PictureAction(), 0);
 }
 
 QTEST_MAIN(TestWorkbenchWindow)
