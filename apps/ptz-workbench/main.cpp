@@ -1,4 +1,5 @@
 // ptz-workbench: the host application in which operators use the PTZ panel.
+#include "cworkbenchscript.h"
 #include "cworkbenchwindow.h"
 
 #include "boundary/previewptzcontroltranslator.h"
@@ -6,6 +7,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -13,9 +15,10 @@
 
 int main(int argc, char *argv[])
 {
-    // A screenshot needs no display.
+    // Screenshots and scripts need no display.
     for (int i = 1; i < argc; ++i) {
-        if (qstrcmp(argv[i], "--screenshot") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        if ((qstrcmp(argv[i], "--screenshot") == 0 || qstrcmp(argv[i], "--script") == 0)
+            && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication app(argc, argv);
@@ -33,10 +36,13 @@ int main(int argc, char *argv[])
                                       QStringLiteral("dark"));
     const QCommandLineOption layoutOpt(QStringLiteral("layout"), QStringLiteral("Panel layout: side or stacked."),
                                        QStringLiteral("LAYOUT"), QStringLiteral("side"));
+    const QCommandLineOption scriptOpt(QStringLiteral("script"),
+                                       QStringLiteral("Actions to run before the screenshot (see README)."),
+                                       QStringLiteral("FILE"));
     const QCommandLineOption shotOpt(QStringLiteral("screenshot"),
                                      QStringLiteral("Render the window to FILE (offscreen) and exit."),
                                      QStringLiteral("FILE"));
-    parser.addOptions({siteOpt, userOpt, screensOpt, themeOpt, layoutOpt, shotOpt});
+    parser.addOptions({siteOpt, userOpt, screensOpt, themeOpt, layoutOpt, scriptOpt, shotOpt});
     parser.process(app);
 
     auto fail = [](const QString &message) {
@@ -53,6 +59,16 @@ int main(int argc, char *argv[])
     if (layout != QLatin1String("side") && layout != QLatin1String("stacked"))
         return fail(QStringLiteral("--layout expects side or stacked, not '%1'.").arg(layout));
 
+    CWorkbenchScript script;
+    if (parser.isSet(scriptOpt)) {
+        QFile file(parser.value(scriptOpt));
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+            return fail(QStringLiteral("cannot read the script %1: %2").arg(file.fileName(), file.errorString()));
+        QString error;
+        if (!script.Parse(QString::fromUtf8(file.readAll()), &error))
+            return fail(QStringLiteral("%1: %2").arg(file.fileName(), error));
+    }
+
     const ZephPluginManager::CHostSession::Result session = ZephPluginManager::CHostSession::Start(app.arguments());
     PreviewPTZControl::InstallTranslator(&app);
 
@@ -67,10 +83,15 @@ int main(int argc, char *argv[])
         for (const QString &message : session.messages)
             window.ShowTip(message, 2);
 
-        if (parser.isSet(shotOpt)) {
+        if (parser.isSet(shotOpt) || parser.isSet(scriptOpt)) {
             const QString file = parser.value(shotOpt);
-            QTimer::singleShot(600, &window, [&window, &rc, file] {
-                if (!window.grab().save(file)) {
+            const QString scriptName = parser.value(scriptOpt);
+            QTimer::singleShot(300, &window, [&window, &rc, &script, file, scriptName] {
+                QString error;
+                if (!script.Run(&window, &error)) {
+                    std::fprintf(stderr, "ptz-workbench: %s: %s\n", qUtf8Printable(scriptName), qUtf8Printable(error));
+                    rc = 2;
+                } else if (!file.isEmpty() && !window.grab().save(file)) {
                     std::fprintf(stderr, "ptz-workbench: cannot write %s\n", qUtf8Printable(file));
                     rc = 1;
                 }
