@@ -5,6 +5,7 @@
 
 #include "boundary/cpreviewptzwndmanager.h"
 #include "panel/cpreviewptzwnd.h"
+#include "site_store/csitestore.h"
 #include "site_store/demosite.h"
 #include "vs_ui_data_controller/cvsstylemanager.h"
 #include "zeph_plugin_manager/ccamera.h"
@@ -30,11 +31,24 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTranslator>
 
 #include <cmath>
 
 using PreviewPTZControl::CPreviewPTZWnd;
 using PreviewPTZControl::CPreviewPTZWndManager;
+
+// Answers every text with its translation key, for translators checking where a key is shown.
+class CRawKeyTranslator : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+    bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *sourceText, const char *, int) const override
+    {
+        return QString::fromUtf8(sourceText);
+    }
+};
 
 namespace {
 
@@ -186,6 +200,22 @@ void CWorkbenchWindow::BuildMenus()
     });
     bottom->setCheckable(true);
     bottom->setChecked(true);
+    view->addSeparator();
+    QAction *raw = view->addAction(tr("Show translation keys"), this, [this](bool on) { SetRawTranslationKeys(on); });
+    raw->setCheckable(true);
+
+    // The operator is chosen at start (--user NAME); the menu says who is signed in and who else exists.
+    const QString current = Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName();
+    QMenu *operatorMenu = menuBar()->addMenu(tr("&Operator"));
+    for (const site_store::UserRecord &user : site_store::CSiteStore::Current()->users()) {
+        QAction *a = operatorMenu->addAction(tr("%1 (PTZ level %2)").arg(user.name).arg(user.ptzLevel));
+        a->setCheckable(true);
+        a->setChecked(user.name == current);
+        a->setEnabled(false);
+    }
+    operatorMenu->addSeparator();
+    operatorMenu->addAction(tr("Start with another operator: --user NAME"))->setEnabled(false);
+
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("Usage"), this, [this] {
         QMessageBox::information(this, tr("PTZ Workbench"),
@@ -232,20 +262,50 @@ void CWorkbenchWindow::SetScreenCount(int count)
             m_panelList.at(int(s))->OnWndPtzActionStateChanged(function, false);
         });
         m_views.append(view);
-        auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
-        panel->SetPTZController(m_controller, nullptr);
-        panel->SwitchPTZWndLayout(m_stacked);
-        if (m_white)
-            panel->SwitchPTZWndBgColor(true);
-        connect(panel, &CPreviewPTZWnd::SignalMessageTipNeeded, this, &CWorkbenchWindow::ShowTip);
-        connect(panel, &CPreviewPTZWnd::SignalFunctionEnabled, this,
-                [this, screen](int function, bool enabled) { OnFunctionEnabled(int(screen), function, enabled); });
-        Registry()->AddPreviewPTZWnd(screen, panel);
-        m_panels->addWidget(panel);
-        m_panelList.append(panel);
+        m_panelList.append(CreatePanel(screen));
     }
     LayoutGrid();
     SelectScreen(std::min(m_selected, count - 1));
+}
+
+CPreviewPTZWnd *CWorkbenchWindow::CreatePanel(unsigned int screen)
+{
+    auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
+    panel->SetPTZController(m_controller, nullptr);
+    panel->SwitchPTZWndLayout(m_stacked);
+    if (m_white)
+        panel->SwitchPTZWndBgColor(true);
+    connect(panel, &CPreviewPTZWnd::SignalMessageTipNeeded, this, &CWorkbenchWindow::ShowTip);
+    connect(panel, &CPreviewPTZWnd::SignalFunctionEnabled, this,
+            [this, screen](int function, bool enabled) { OnFunctionEnabled(int(screen), function, enabled); });
+    Registry()->AddPreviewPTZWnd(screen, panel);
+    m_panels->insertWidget(int(screen), panel);
+    return panel;
+}
+
+void CWorkbenchWindow::SetRawTranslationKeys(bool raw)
+{
+    if (raw == bool(m_rawKeys))
+        return;
+    if (raw) {
+        m_rawKeys = new CRawKeyTranslator(this);
+        QCoreApplication::installTranslator(m_rawKeys);
+    } else {
+        QCoreApplication::removeTranslator(m_rawKeys);
+        delete m_rawKeys;
+    }
+    // The panels take their texts when they are built: build them again, on the same cameras.
+    StopHeldKeys();
+    for (int i = 0; i < m_panelList.size(); ++i) {
+        CPreviewPTZWnd *old = m_panelList.at(i);
+        old->StopWork();
+        Registry()->RemovePreviewPTZWnd(unsigned(i));
+        delete old;
+        m_panelList[i] = CreatePanel(unsigned(i));
+        if (!m_views.at(i)->CameraId().isEmpty())
+            BindCamera(i, m_views.at(i)->CameraId());
+    }
+    SelectScreen(m_selected);
 }
 
 void CWorkbenchWindow::LayoutGrid()

@@ -2,6 +2,8 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPointer>
+#include <QTranslator>
 #include <QVector>
 
 #include <memory>
@@ -35,6 +37,8 @@ public:
     int SelectedScreen() const { return m_selected; }
     void SetWhiteTheme(bool white);
     void SetStackedLayout(bool stacked);
+    // Shows translation keys instead of English texts (for translators); rebuilds the panels.
+    void SetRawTranslationKeys(bool raw);
     void ShowTip(const QString &text, int level);
 
     PreviewPTZControl::CPreviewPTZWnd *Panel(int screen) const;
@@ -55,6 +59,7 @@ protected:
 
 private:
     void BuildMenus();
+    PreviewPTZControl::CPreviewPTZWnd *CreatePanel(unsigned int screen);
     void FillCameraList();
     void LayoutGrid();
     void PlaceToasts();
@@ -72,6 +77,7 @@ private:
     int m_selected = 0;
     bool m_white = false;
     bool m_stacked = false;
+    QPointer<QTranslator> m_rawKeys;
     QHash<int, int> m_heldKeys; // key -> command started by it
     QString m_heldCamera;
 };

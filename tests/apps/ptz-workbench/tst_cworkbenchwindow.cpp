@@ -3,6 +3,7 @@
 #include "cworkbenchwindow.h"
 
 #include "boundary/cpreviewptzwndmanager.h"
+#include "boundary/previewptzcontroltranslator.h"
 #include "panel/cpreviewptzwnd.h"
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
@@ -37,6 +38,7 @@ private slots:
     void heldKeySendsOnePressAndOneRelease_data();
     void heldKeySendsOnePressAndOneRelease();
     void boxOnThePictureZoomsTheCamera();
+    void rawKeysRebuildPanelsOnTheirCameras();
 
 private:
     ptz_devices::CSimulatedCamera *dome() const;
@@ -255,6 +257,25 @@ void TestWorkbenchWindow::boxOnThePictureZoomsTheCamera()
     QVERIFY(dome()->status().zoom > zoomBefore);
     emit window.Panel(0)->SignalFunctionEnabled(1, false);
     QCOMPARE(view->PictureAction(), 0);
+}
+
+void TestWorkbenchWindow::rawKeysRebuildPanelsOnTheirCameras()
+{
+    QVERIFY(PreviewPTZControl::InstallTranslator(qApp));
+    CWorkbenchWindow window;
+    auto tip = [&window] {
+        return window.Panel(0)->findChild<QPushButton *>(QStringLiteral("m_pBtnKeyFocus"))->toolTip();
+    };
+    QVERIFY(tip() != QLatin1String("AuxiliaryFocus"));
+    window.SetRawTranslationKeys(true);
+    QCOMPARE(tip(), QStringLiteral("AuxiliaryFocus"));
+    CPreviewPTZWndManager *registry = Tarn::Base::CSingleton<CPreviewPTZWndManager>::Instance();
+    for (int i = 0; i < window.ScreenCount(); ++i) {
+        QCOMPARE(registry->GetPreviewPTZWndByScreenIndex(unsigned(i)), window.Panel(i));
+        QVERIFY(window.Panel(i)->IsWorking());
+    }
+    window.SetRawTranslationKeys(false);
+    QVERIFY(tip() != QLatin1String("AuxiliaryFocus"));
 }
 
 QTEST_MAIN(TestWorkbenchWindow)
