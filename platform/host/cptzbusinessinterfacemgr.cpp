@@ -549,17 +549,10 @@ bool CPTZBusinessInterfaceMgr::AddCruise(const pp::AddCruiseRequest &request, pp
     CSiteStore *store = CSiteStore::Current();
     if (store->patrol(camera, request.cruise_index))
         return Fail(tr("Patrol %1 already exists.").arg(request.cruise_index), &response.error_text);
-    site_store::PatrolRecord r;
-    r.cameraId = camera;
-    r.number = request.cruise_index;
-    r.type = request.cruise_type;
-    r.name = q(request.cruise_name);
-    for (const auto &p : request.points)
-        r.points.append(fromProtocol(p));
-    if (!store->upsertPatrol(r))
-        return Fail(store->lastError(), &response.error_text);
-    response.cruise_id = std::to_string(r.number);
-    m_lastError.clear();
+    if (!StorePatrol(camera, request.cruise_index, request.cruise_type, request.cruise_name, request.points,
+                     &response.error_text))
+        return false;
+    response.cruise_id = std::to_string(request.cruise_index);
     return true;
 }
 
@@ -569,25 +562,39 @@ bool CPTZBusinessInterfaceMgr::UpdateCruise(const pp::UpdateCruiseRequest &reque
     const QString camera = q(request.camera_index_code);
     response.error_text.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
-    bool mismatch = false;
-    const int number = cruiseNumber(request.cruise_id, request.cruise_index, &mismatch);
-    if (mismatch)
-        return Fail(tr("Patrol id %1 does not match patrol number %2.").arg(q(request.cruise_id)).arg(request.cruise_index),
-                    &response.error_text);
+    int number = 0;
+    if (!ResolveCruiseNumber(request.cruise_id, request.cruise_index, &number, &response.error_text))
+        return false;
     VALIDATE_CRUISE(number, request.cruise_type, request.points, &response.error_text)
-    CSiteStore *store = CSiteStore::Current();
-    if (!request.cruise_id.empty() && !store->patrol(camera, number))
+    if (!request.cruise_id.empty() && !CSiteStore::Current()->patrol(camera, number))
         return Fail(tr("Patrol %1 does not exist.").arg(number), &response.error_text);
     // A device patrol the client has not recorded yet is taken on here.
+    return StorePatrol(camera, number, request.cruise_type, request.cruise_name, request.points, &response.error_text);
+}
+
+bool CPTZBusinessInterfaceMgr::ResolveCruiseNumber(const std::string &cruiseId, int index, int *number,
+                                                   std::string *errorText)
+{
+    bool mismatch = false;
+    *number = cruiseNumber(cruiseId, index, &mismatch);
+    if (mismatch)
+        return Fail(tr("Patrol id %1 does not match patrol number %2.").arg(q(cruiseId)).arg(index), errorText);
+    return true;
+}
+
+bool CPTZBusinessInterfaceMgr::StorePatrol(const QString &camera, int number, int type, const std::string &name,
+                                           const std::vector<pp::CruisePoint> &points, std::string *errorText)
+{
     site_store::PatrolRecord r;
     r.cameraId = camera;
     r.number = number;
-    r.type = request.cruise_type;
-    r.name = q(request.cruise_name);
-    for (const auto &p : request.points)
+    r.type = type;
+    r.name = q(name);
+    for (const auto &p : points)
         r.points.append(fromProtocol(p));
+    CSiteStore *store = CSiteStore::Current();
     if (!store->upsertPatrol(r))
-        return Fail(store->lastError(), &response.error_text);
+        return Fail(store->lastError(), errorText);
     m_lastError.clear();
     return true;
 }
@@ -598,11 +605,9 @@ bool CPTZBusinessInterfaceMgr::DeleteCruise(const pp::DeleteCruiseRequest &reque
     const QString camera = q(request.camera_index_code);
     response.error_text.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
-    bool mismatch = false;
-    const int number = cruiseNumber(request.cruise_id, request.cruise_index, &mismatch);
-    if (mismatch)
-        return Fail(tr("Patrol id %1 does not match patrol number %2.").arg(q(request.cruise_id)).arg(request.cruise_index),
-                    &response.error_text);
+    int number = 0;
+    if (!ResolveCruiseNumber(request.cruise_id, request.cruise_index, &number, &response.error_text))
+        return false;
     if (number < kMinPatrol || number > kMaxPatrol)
         return Fail(tr("Patrol number %1 is outside 1 to 8.").arg(number), &response.error_text);
     CSiteStore *store = CSiteStore::Current();

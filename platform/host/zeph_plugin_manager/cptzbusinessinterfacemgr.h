@@ -105,6 +105,9 @@ private:
     ~CPTZBusinessInterfaceMgr() override;
 
     bool Fail(const QString &error, std::string *errorText = nullptr);
+    bool ResolveCruiseNumber(const std::string &cruiseId, int index, int *number, std::string *errorText);
+    bool StorePatrol(const QString &camera, int number, int type, const std::string &name,
+                     const std::vector<ptz_plugin_protocol::CruisePoint> &points, std::string *errorText);
 
     QString m_lastError;
     QString m_clientName;
