@@ -144,6 +144,7 @@ public:
     qint64 lastControlTime() const { return m_lastControl; }
 
 private:
+    quint64 enqueueLensMove(DriverOperation operation, int direction, int speed, int *axisDirection, int *axisSpeed);
     struct Request;
     struct PatternEvent
     {

@@ -73,29 +73,20 @@ quint64 CSimulatedCamera::zoom(int direction, int speed)
 
 quint64 CSimulatedCamera::focus(int direction, int speed)
 {
-    const quint64 id = enqueue(DriverOperation::Focus, {direction, speed}, direction,
-                               [this, direction, speed](DriverReply &reply) {
-        if (!checkAbility(AbilityPtz, reply))
-            return;
-        const bool stop = direction == 0 || speed == 0;
-        if (!stop && (direction < -1 || direction > 1 || !checkSpeed(speed, reply))) {
-            if (reply.ok) {
-                reply.ok = false;
-                reply.error = tr("Direction must be -1, 0 or 1");
-            }
-            return;
-        }
-        m_focusDir = stop ? 0 : direction;
-        m_focusSpeed = stop ? 0 : speed;
-    });
-    m_queue.back()->isStop = direction == 0 || speed == 0;
-    return id;
+    return enqueueLensMove(DriverOperation::Focus, direction, speed, &m_focusDir, &m_focusSpeed);
 }
 
 quint64 CSimulatedCamera::iris(int direction, int speed)
 {
-    const quint64 id = enqueue(DriverOperation::Iris, {direction, speed}, direction,
-                               [this, direction, speed](DriverReply &reply) {
+    return enqueueLensMove(DriverOperation::Iris, direction, speed, &m_irisDir, &m_irisSpeed);
+}
+
+// Focus and iris move alike: held at a speed until stopped, interrupting nothing.
+quint64 CSimulatedCamera::enqueueLensMove(DriverOperation operation, int direction, int speed, int *axisDirection,
+                                          int *axisSpeed)
+{
+    const quint64 id = enqueue(operation, {direction, speed}, direction,
+                               [this, direction, speed, axisDirection, axisSpeed](DriverReply &reply) {
         if (!checkAbility(AbilityPtz, reply))
             return;
         const bool stop = direction == 0 || speed == 0;
@@ -106,8 +97,8 @@ quint64 CSimulatedCamera::iris(int direction, int speed)
             }
             return;
         }
-        m_irisDir = stop ? 0 : direction;
-        m_irisSpeed = stop ? 0 : speed;
+        *axisDirection = stop ? 0 : direction;
+        *axisSpeed = stop ? 0 : speed;
     });
     m_queue.back()->isStop = direction == 0 || speed == 0;
     return id;
