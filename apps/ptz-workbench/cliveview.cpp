@@ -2,7 +2,9 @@
 
 #include "ptz_devices/iptzdriver.h"
 
+#include <QContextMenuEvent>
 #include <QDragEnterEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
@@ -283,6 +285,15 @@ void CLiveView::mouseReleaseEvent(QMouseEvent *event)
         }
     }
     QWidget::mouseReleaseEvent(event);
+}
+
+void CLiveView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (m_cameraId.isEmpty())
+        return;
+    QMenu menu(this);
+    menu.addAction(tr("Close %1").arg(m_name), this, [this] { emit SignalCloseRequested(m_screen); });
+    menu.exec(event->globalPos());
 }
 
 void CLiveView::dragEnterEvent(QDragEnterEvent *event)

@@ -31,6 +31,8 @@ public:
 
 signals:
     void SignalSelected(unsigned int screen);
+    // The operator closed the screen's picture (context menu).
+    void SignalCloseRequested(unsigned int screen);
     void SignalCameraDropped(unsigned int screen, const QString &cameraId);
     // A box was drawn in 3D mode, normalised to the picture (y down).
     void SignalBoxDrawn(unsigned int screen, const QRectF &box);
@@ -42,6 +44,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 

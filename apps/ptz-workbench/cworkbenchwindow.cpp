@@ -248,6 +248,7 @@ void CWorkbenchWindow::SetScreenCount(int count)
         connect(view, &CLiveView::SignalSelected, this, [this](unsigned s) { SelectScreen(int(s)); });
         connect(view, &CLiveView::SignalCameraDropped, this,
                 [this](unsigned s, const QString &id) { BindCamera(int(s), id); });
+        connect(view, &CLiveView::SignalCloseRequested, this, [this](unsigned s) { CloseScreen(int(s)); });
         connect(view, &CLiveView::SignalBoxDrawn, this, [this](unsigned s, const QRectF &box) {
             if (ptz_devices::IPtzDriver *driver = Cameras()->GetDriver(m_views.at(int(s))->CameraId()))
                 driver->position3D(box);
@@ -328,6 +329,17 @@ bool CWorkbenchWindow::BindCamera(int screen, const QString &cameraId)
     const QString owner = Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName();
     m_panelList.at(screen)->SetCamera(owner, cameraId, false, false);
     return true;
+}
+
+void CWorkbenchWindow::CloseScreen(int screen)
+{
+    if (screen < 0 || screen >= m_views.size())
+        return;
+    if (screen == m_selected)
+        StopHeldKeys();
+    m_views.at(screen)->SetPictureAction(0);
+    m_views.at(screen)->SetCamera(QString(), QString(), nullptr, false);
+    m_panelList.at(screen)->StopWork();
 }
 
 void CWorkbenchWindow::SelectScreen(int screen)

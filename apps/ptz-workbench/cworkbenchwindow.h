@@ -33,6 +33,8 @@ public:
     void SetScreenCount(int count); // 1, 4 or 9
     int ScreenCount() const { return m_views.size(); }
     bool BindCamera(int screen, const QString &cameraId);
+    // Stops the screen's picture: its panel stops work and shows no camera.
+    void CloseScreen(int screen);
     void SelectScreen(int screen);
     int SelectedScreen() const { return m_selected; }
     void SetWhiteTheme(bool white);

@@ -32,6 +32,7 @@ private slots:
     void toastsByLevel_data();
     void toastsByLevel();
     void unknownCameraIsRefusedWithATip();
+    void closingAScreenStopsItsPanel();
     void themeSwitchRenamesThePanels();
     void keysMapToCommands_data();
     void keysMapToCommands();
@@ -142,6 +143,20 @@ void TestWorkbenchWindow::unknownCameraIsRefusedWithATip()
     QCOMPARE(window.View(1)->CameraId(), before);
     QCOMPARE(window.findChildren<CToast *>(CToast::ObjectNameForLevel(0)).size(), 1);
     QVERIFY(!window.BindCamera(7, QString::fromLatin1(site_store::demo::kSpeedDome)));
+}
+
+void TestWorkbenchWindow::closingAScreenStopsItsPanel()
+{
+    CWorkbenchWindow window;
+    QVERIFY(window.Panel(1)->IsWorking());
+    window.CloseScreen(1);
+    QVERIFY(!window.Panel(1)->IsWorking());
+    QVERIFY(window.View(1)->CameraId().isEmpty());
+    QVERIFY(window.Panel(0)->IsWorking());
+    // The panel stays registered for the screen; a new camera binds again.
+    QCOMPARE(Tarn::Base::CSingleton<CPreviewPTZWndManager>::Instance()->GetPreviewPTZWndByScreenIndex(1), window.Panel(1));
+    QVERIFY(window.BindCamera(1, QString::fromLatin1(site_store::demo::kBoxZoom)));
+    QVERIFY(window.Panel(1)->IsWorking());
 }
 
 void TestWorkbenchWindow::themeSwitchRenamesThePanels()
