@@ -1,5 +1,7 @@
 #include "panel/cpreviewptzwnd.h"
 
+#include "boundary/themename.h"
+
 #include "panel/cpreviewptzwnd_p.h"
 #include "ui_cptzpanelleft.h"
 #include "ui_cptzpanelright.h"
@@ -16,18 +18,9 @@ namespace PreviewPTZControl {
 
 using namespace PanelPrivate;
 
-namespace {
-// Names that already end in an underscore take "white_", the others "_white_".
-QString WhiteName(const QString &dark_name)
-{
-    return dark_name.endsWith(QLatin1Char('_')) ? dark_name + QStringLiteral("white_")
-                                                : dark_name + QStringLiteral("_white_");
-}
-} // namespace
-
 QString CPreviewPTZWnd::ThemedName(const QString &dark_name) const
 {
-    return whiteTheme ? WhiteName(dark_name) : dark_name;
+    return whiteTheme ? WhiteObjectName(dark_name) : dark_name;
 }
 
 void CPreviewPTZWnd::RenameAndPolish(QWidget *widget, const QString &name)
@@ -143,7 +136,7 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
             ui_right_->pDownBtn, ui_left_->ptr_speed_slider_};
         for (QWidget *widget : themed) {
             if (!widget->objectName().endsWith(QLatin1String("_white_")))
-                RenameAndPolish(widget, WhiteName(widget->objectName()));
+                RenameAndPolish(widget, WhiteObjectName(widget->objectName()));
         }
         // The light and wiper buttons carry their on state in the name as well.
         SetBlinkName(ui_right_->m_pBtnLight, QStringLiteral("m_pBtnLight"), QStringLiteral("m_pBtnLight_open"),

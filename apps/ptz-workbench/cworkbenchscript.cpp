@@ -2,6 +2,7 @@
 
 #include "cworkbenchwindow.h"
 
+#include "boundary/themename.h"
 #include "panel/cpreviewptzwnd.h"
 
 #include <QAbstractButton>
@@ -145,10 +146,9 @@ bool CWorkbenchScript::Run(CWorkbenchWindow *window, QString *error, const std::
             PreviewPTZControl::CPreviewPTZWnd *panel = window->Panel(window->SelectedScreen());
             // The white theme renames the panel's widgets; a script names them by their dark name.
             const QString name = a.args.at(0);
-            const QString white = name + (name.endsWith(QLatin1Char('_')) ? QStringLiteral("white_") : QStringLiteral("_white_"));
             auto *button = panel ? panel->findChild<QAbstractButton *>(name) : nullptr;
             if (!button && panel)
-                button = panel->findChild<QAbstractButton *>(white);
+                button = panel->findChild<QAbstractButton *>(PreviewPTZControl::WhiteObjectName(name));
             if (!button)
                 return fail(a, QStringLiteral("no button named '%1' in the selected panel").arg(a.args.at(0)));
             button->click();

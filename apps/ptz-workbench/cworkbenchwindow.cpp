@@ -4,6 +4,7 @@
 #include "ctoast.h"
 
 #include "boundary/cpreviewptzwndmanager.h"
+#include "boundary/themename.h"
 #include "panel/cpreviewptzwnd.h"
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
@@ -102,11 +103,6 @@ const ButtonIcon kButtonIcons[] = {
     {"pAddBtn", "add"},                       {"pDeleteBtn", "remove"},
     {"pUpBtn", "move_up"},                    {"pDownBtn", "move_down"},
 };
-
-QString WhiteName(const QString &name)
-{
-    return name.endsWith(QLatin1Char('_')) ? name + QStringLiteral("white_") : name + QStringLiteral("_white_");
-}
 
 } // namespace
 
@@ -387,7 +383,7 @@ QString CWorkbenchWindow::StyleSheet(bool white)
     for (const ButtonIcon &b : kButtonIcons) {
         const QString name = QString::fromLatin1(b.name);
         qss += QStringLiteral("QPushButton#%1, QPushButton#%2 { qproperty-icon: url(%3%4.svg); qproperty-iconSize: 20px; }")
-                   .arg(name, WhiteName(name), folder, QString::fromLatin1(b.icon));
+                   .arg(name, PreviewPTZControl::WhiteObjectName(name), folder, QString::fromLatin1(b.icon));
     }
     return qss;
 }
