@@ -18,7 +18,10 @@
 #include "ptz_devices/iptzdriver.h"
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
 
+#include "tarn/base/logging.h"
+
 #include <QActionGroup>
+#include <QFile>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSlider>
@@ -51,6 +54,16 @@ public:
     }
 };
 
+// The style sheets live in this static library; its resources need registering by hand.
+static void InitWorkbenchResources()
+{
+    static const bool done = [] {
+        Q_INIT_RESOURCE(workbench);
+        return true;
+    }();
+    Q_UNUSED(done)
+}
+
 namespace {
 
 CPreviewPTZWndManager *Registry()
@@ -80,28 +93,6 @@ protected:
         }
         return data;
     }
-};
-
-// Object name of a panel button and the icon it shows.
-struct ButtonIcon
-{
-    const char *name;
-    const char *icon;
-};
-
-const ButtonIcon kButtonIcons[] = {
-    {"m_pBtnKeyFocus", "one_key_focus"},      {"m_pBtn3D", "3d_positioning"},
-    {"m_pBtnLight", "light_off"},             {"m_pBtnLight_open", "light_on"},
-    {"m_pBtnWiper", "wiper"},                 {"m_pBtnWiper_right", "wiper"},
-    {"m_pBtnResetPos", "lens_init"},          {"ptr_manual_track_btn_", "manual_tracking"},
-    {"ptr_face_capture_btn_", "face_capture"}, {"ptr_park_action_btn_", "park_action"},
-    {"ptr_auto_track_btn_", "auto_tracking"}, {"ptr_update_ptz_btn_", "refresh"},
-    {"ptr_recover_config_btn_", "settings"},  {"pZoomInBtn", "zoom_in"},
-    {"pZoomOutBtn", "zoom_out"},              {"pFocusInBtn", "focus_near"},
-    {"pFocusOutBtn", "focus_far"},            {"pIRISInBtn", "iris_open"},
-    {"pIRISOutBtn", "iris_close"},            {"ptz_add_preset_btn_", "add"},
-    {"pAddBtn", "add"},                       {"pDeleteBtn", "remove"},
-    {"pUpBtn", "move_up"},                    {"pDownBtn", "move_down"},
 };
 
 } // namespace
@@ -292,6 +283,11 @@ void CWorkbenchWindow::SetRawTranslationKeys(bool raw)
         delete m_rawKeys;
     }
     // The panels take their texts when they are built: build them again, on the same cameras.
+    RebuildPanels();
+}
+
+void CWorkbenchWindow::RebuildPanels()
+{
     StopHeldKeys();
     for (int i = 0; i < m_panelList.size(); ++i) {
         CPreviewPTZWnd *old = m_panelList.at(i);
@@ -360,40 +356,28 @@ CLiveView *CWorkbenchWindow::View(int screen) const
 
 QString CWorkbenchWindow::StyleSheet(bool white)
 {
-    const QString bg = white ? QStringLiteral("#f3f5f8") : QStringLiteral("#1d2026");
-    const QString fg = white ? QStringLiteral("#1f2329") : QStringLiteral("#d9dde3");
-    const QString button = white ? QStringLiteral("#ffffff") : QStringLiteral("#2a2e36");
-    const QString border = white ? QStringLiteral("#c9ced6") : QStringLiteral("#3a3f49");
-    const QString accent = QStringLiteral("#2f7cf6");
-    QString qss = QStringLiteral(
-                      "QMainWindow, QWidget { background: %1; color: %2; }"
-                      "QPushButton { background: %3; border: 1px solid %4; border-radius: 4px; padding: 2px; }"
-                      "QPushButton:hover { border-color: %5; }"
-                      "QPushButton:checked, QPushButton:pressed { background: %5; }"
-                      "QPushButton:disabled { background: %1; border-color: %4; }"
-                      "QTabBar::tab { background: %3; border: 1px solid %4; padding: 4px; }"
-                      "QTabBar::tab:selected { background: %5; color: white; }"
-                      "QLineEdit, QListWidget, QTableView { background: %3; border: 1px solid %4; }"
-                      "QListWidget::item:selected { background: %5; color: white; }"
-                      "QSlider::groove:horizontal { height: 4px; background: %4; }"
-                      "QSlider::handle:horizontal { width: 12px; margin: -5px 0; border-radius: 6px; background: %5; }"
-                      "QMenuBar, QMenu, QStatusBar { background: %3; color: %2; }")
-                      .arg(bg, fg, button, border, accent);
-    const QString folder = white ? QStringLiteral(":/Images/PTZWhite/Buttons/") : QStringLiteral(":/Images/PTZ/Buttons/");
-    for (const ButtonIcon &b : kButtonIcons) {
-        const QString name = QString::fromLatin1(b.name);
-        qss += QStringLiteral("QPushButton#%1, QPushButton#%2 { qproperty-icon: url(%3%4.svg); qproperty-iconSize: 20px; }")
-                   .arg(name, PreviewPTZControl::WhiteObjectName(name), folder, QString::fromLatin1(b.icon));
+    InitWorkbenchResources();
+    QFile file(white ? QStringLiteral(":/workbench/styles/white.qss") : QStringLiteral(":/workbench/styles/dark.qss"));
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        ZEPH_LOG_WARN("[%s(%d)] - style sheet %s missing", __FUNCTION__, __LINE__, qUtf8Printable(file.fileName()));
+        return QString();
     }
-    return qss;
+    return QString::fromUtf8(file.readAll());
 }
 
 void CWorkbenchWindow::SetWhiteTheme(bool white)
 {
+    const bool backToDark = m_white && !white;
     m_white = white;
     Tarn::Base::CSingleton<vs_ui_data_controller::CVSStyleManager>::Instance()->SetTheme(
         white ? vs_ui_data_controller::CVSStyleManager::WhiteTheme : vs_ui_data_controller::CVSStyleManager::DarkTheme);
     qApp->setStyleSheet(StyleSheet(white));
+    // The panel's switch only goes dark to white (its dark names are its forms' own), so going
+    // back means building the panels again on their cameras.
+    if (backToDark) {
+        RebuildPanels();
+        return;
+    }
     for (CPreviewPTZWnd *panel : qAsConst(m_panelList))
         panel->SwitchPTZWndBgColor(white);
 }

@@ -61,6 +61,7 @@ protected:
 
 private:
     void BuildMenus();
+    void RebuildPanels();
     PreviewPTZControl::CPreviewPTZWnd *CreatePanel(unsigned int screen);
     void FillCameraList();
     void LayoutGrid();

@@ -1,4 +1,5 @@
 // ptz-workbench: the host application in which operators use the PTZ panel.
+#include "cworkbenchoptions.h"
 #include "cworkbenchscript.h"
 #include "cworkbenchwindow.h"
 
@@ -6,7 +7,6 @@
 #include "zeph_plugin_manager/chostsession.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QFile>
 #include <QMessageBox>
 #include <QTimer>
@@ -24,44 +24,22 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ptz-workbench"));
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("PTZ control workbench on a site of simulated cameras."));
-    parser.addHelpOption();
-    const QCommandLineOption siteOpt(QStringLiteral("site"), QStringLiteral("Site store file."), QStringLiteral("FILE"));
-    const QCommandLineOption userOpt(QStringLiteral("user"), QStringLiteral("Operator to sign in as."),
-                                     QStringLiteral("NAME"));
-    const QCommandLineOption screensOpt(QStringLiteral("screens"), QStringLiteral("Screens in the grid: 1, 4 or 9."),
-                                        QStringLiteral("N"), QStringLiteral("4"));
-    const QCommandLineOption themeOpt(QStringLiteral("theme"), QStringLiteral("dark or white."), QStringLiteral("THEME"),
-                                      QStringLiteral("dark"));
-    const QCommandLineOption layoutOpt(QStringLiteral("layout"), QStringLiteral("Panel layout: side or stacked."),
-                                       QStringLiteral("LAYOUT"), QStringLiteral("side"));
-    const QCommandLineOption scriptOpt(QStringLiteral("script"),
-                                       QStringLiteral("Actions to run before the screenshot (see README)."),
-                                       QStringLiteral("FILE"));
-    const QCommandLineOption shotOpt(QStringLiteral("screenshot"),
-                                     QStringLiteral("Render the window to FILE (offscreen) and exit."),
-                                     QStringLiteral("FILE"));
-    parser.addOptions({siteOpt, userOpt, screensOpt, themeOpt, layoutOpt, scriptOpt, shotOpt});
-    parser.process(app);
-
     auto fail = [](const QString &message) {
         std::fprintf(stderr, "ptz-workbench: %s\n", qUtf8Printable(message));
         return 2;
     };
-    const QString screens = parser.value(screensOpt);
-    if (screens != QLatin1String("1") && screens != QLatin1String("4") && screens != QLatin1String("9"))
-        return fail(QStringLiteral("--screens expects 1, 4 or 9, not '%1'.").arg(screens));
-    const QString theme = parser.value(themeOpt);
-    if (theme != QLatin1String("dark") && theme != QLatin1String("white"))
-        return fail(QStringLiteral("--theme expects dark or white, not '%1'.").arg(theme));
-    const QString layout = parser.value(layoutOpt);
-    if (layout != QLatin1String("side") && layout != QLatin1String("stacked"))
-        return fail(QStringLiteral("--layout expects side or stacked, not '%1'.").arg(layout));
+    CWorkbenchOptions options;
+    QString optionError;
+    if (!options.Parse(app.arguments(), &optionError))
+        return fail(optionError);
+    if (options.help) {
+        std::fprintf(stdout, "%s", qUtf8Printable(options.helpText));
+        return 0;
+    }
 
     CWorkbenchScript script;
-    if (parser.isSet(scriptOpt)) {
-        QFile file(parser.value(scriptOpt));
+    if (!options.script.isEmpty()) {
+        QFile file(options.script);
         if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
             return fail(QStringLiteral("cannot read the script %1: %2").arg(file.fileName(), file.errorString()));
         QString error;
@@ -75,17 +53,17 @@ int main(int argc, char *argv[])
     int rc = 0;
     {
         CWorkbenchWindow window;
-        window.SetScreenCount(screens.toInt());
-        window.SetStackedLayout(layout == QLatin1String("stacked"));
-        window.SetWhiteTheme(theme == QLatin1String("white"));
+        window.SetScreenCount(options.screens);
+        window.SetStackedLayout(options.stacked);
+        window.SetWhiteTheme(options.white);
         window.resize(1400, 860);
         window.show();
         for (const QString &message : session.messages)
             window.ShowTip(message, 2);
 
-        if (parser.isSet(shotOpt) || parser.isSet(scriptOpt)) {
-            const QString file = parser.value(shotOpt);
-            const QString scriptName = parser.value(scriptOpt);
+        if (!options.screenshot.isEmpty() || !options.script.isEmpty()) {
+            const QString file = options.screenshot;
+            const QString scriptName = options.script;
             QTimer::singleShot(300, &window, [&window, &rc, &script, file, scriptName] {
                 QString error;
                 if (!script.Run(&window, &error)) {

@@ -16,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QKeyEvent>
 #include <QTest>
+#include <QRegularExpression>
+#include <QSet>
 
 using PreviewPTZControl::CPreviewPTZWnd;
 using PreviewPTZControl::CPreviewPTZWndManager;
@@ -159,17 +161,53 @@ void TestWorkbenchWindow::closingAScreenStopsItsPanel()
     QVERIFY(window.Panel(1)->IsWorking());
 }
 
+static QSet<QString> StyledNames(const QString &qss)
+{
+    QSet<QString> names;
+    QRegularExpressionMatchIterator it = QRegularExpression(QStringLiteral("#([A-Za-z0-9_]+)")).globalMatch(qss);
+    while (it.hasNext())
+        names.insert(it.next().captured(1));
+    return names;
+}
+
 void TestWorkbenchWindow::themeSwitchRenamesThePanels()
 {
+    const QSet<QString> dark = StyledNames(CWorkbenchWindow::StyleSheet(false));
+    const QSet<QString> white = StyledNames(CWorkbenchWindow::StyleSheet(true));
+    QVERIFY(dark.contains(QStringLiteral("m_pBtnLight_open")));
+    QVERIFY(dark.contains(QStringLiteral("m_pBtnWiper_right")));
+    QVERIFY(white.contains(QStringLiteral("m_pBtnLight_open_white_")));
+    QVERIFY(white.contains(QStringLiteral("ptr_label_fast_white_")));
+    QVERIFY(CWorkbenchWindow::StyleSheet(true).contains(QLatin1String(":/Images/PTZWhite/Buttons/light_on.svg")));
+    QVERIFY(CWorkbenchWindow::StyleSheet(false).contains(QLatin1String(":/Images/PTZ/Buttons/light_off.svg")));
+
     CWorkbenchWindow window;
-    window.SetWhiteTheme(true);
+    // Every panel widget the dark sheet styles must carry a name the white sheet styles after the switch.
+    QList<QPair<QWidget *, QString>> styled;
     for (int i = 0; i < window.ScreenCount(); ++i) {
-        QCOMPARE(window.Panel(i)->objectName(), QStringLiteral("CPreviewPTZWnd_white_"));
-        QVERIFY(window.Panel(i)->findChild<QPushButton *>(QStringLiteral("pZoomInBtn_white_")));
+        const QList<QWidget *> widgets = window.Panel(i)->findChildren<QWidget *>();
+        for (QWidget *w : widgets)
+            if (dark.contains(w->objectName()))
+                styled.append({w, w->objectName()});
     }
-    QVERIFY(CWorkbenchWindow::StyleSheet(true).contains(QLatin1String(":/Images/PTZWhite/Buttons/")));
-    QVERIFY(CWorkbenchWindow::StyleSheet(false).contains(QLatin1String("#m_pBtnLight_open ")) ||
-            CWorkbenchWindow::StyleSheet(false).contains(QLatin1String("#m_pBtnLight_open,")));
+    QVERIFY(styled.size() > 20);
+    window.SetWhiteTheme(true);
+    for (int i = 0; i < window.ScreenCount(); ++i)
+        QCOMPARE(window.Panel(i)->objectName(), QStringLiteral("CPreviewPTZWnd_white_"));
+    for (const auto &entry : qAsConst(styled))
+        QVERIFY2(white.contains(entry.first->objectName()),
+                 qPrintable(entry.second + QStringLiteral(" became ") + entry.first->objectName()));
+    // Back to dark: the panels are built again, with dark names, on the same cameras.
+    const QString camera = window.View(0)->CameraId();
+    window.SetWhiteTheme(false);
+    for (int i = 0; i < window.ScreenCount(); ++i) {
+        QCOMPARE(window.Panel(i)->objectName(), QStringLiteral("CPreviewPTZWnd"));
+        QVERIFY(!window.Panel(i)->findChild<QWidget *>(QStringLiteral("ptr_scroll_content_white_")));
+        QCOMPARE(Tarn::Base::CSingleton<CPreviewPTZWndManager>::Instance()->GetPreviewPTZWndByScreenIndex(unsigned(i)),
+                 window.Panel(i));
+    }
+    QCOMPARE(window.View(0)->CameraId(), camera);
+    QVERIFY(window.Panel(0)->IsWorking());
 }
 
 void TestWorkbenchWindow::keysMapToCommands_data()
