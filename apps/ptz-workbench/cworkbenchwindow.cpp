@@ -106,7 +106,9 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
     m_cameraList = new CCameraListWidget(splitter);
     m_cameraList->setObjectName(QStringLiteral("ptr_camera_list_"));
     m_cameraList->setDragEnabled(true);
-    m_cameraList->setMinimumWidth(200);
+    m_cameraList->setMinimumWidth(240);
+    m_cameraList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_cameraList->setTextElideMode(Qt::ElideRight);
     m_grid = new QWidget(splitter);
     m_grid->setObjectName(QStringLiteral("ptr_live_grid_"));
     m_gridLayout = new QGridLayout(m_grid);
