@@ -80,10 +80,11 @@ CSiteStore::~CSiteStore()
 
 namespace {
 
-// A file nobody may write to, root included: SQLite would write it anyway for a process that may.
+// A file marked read-only for everybody counts as read-only even for a process allowed to write it
+// anyway (root): somebody protected it on purpose.
 bool isReadOnlyFile(const QFileInfo &info)
 {
-    const QFile::Permissions writable = QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther;
+    const QFile::Permissions writable = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
     return info.exists() && (!info.isWritable() || !(info.permissions() & writable));
 }
 
