@@ -260,7 +260,8 @@ std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateT
 
 std::optional<LockRecord> CSiteStore::readLock(const QString &cameraId) const
 {
-    auto q = d->select(QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks WHERE camera_id = ?"), {cameraId});
+    auto q = d->select(QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks"
+                                      " WHERE camera_id = ?"), {cameraId});
     if (!q)
         return std::nullopt;
     if (!q->next())
@@ -300,7 +301,8 @@ bool CSiteStore::clearLock(const QString &cameraId)
 
 QByteArray CSiteStore::deviceState(const QString &cameraId, const QString &key) const
 {
-    auto q = d->select(QStringLiteral("SELECT json FROM device_state WHERE camera_id = ? AND key = ?"), {cameraId, key});
+    auto q = d->select(QStringLiteral("SELECT json FROM device_state WHERE camera_id = ? AND key = ?"),
+                       {cameraId, key});
     if (!q)
         return {};
     return q->next() ? q->value(0).toString().toUtf8() : QByteArray();

@@ -55,8 +55,8 @@ CameraRecord cameraFromQuery(const QSqlQuery &q)
 QList<CameraRecord> CSiteStore::cameras() const
 {
     QList<CameraRecord> out;
-    auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade, fisheye,"
-                                      " access_protocol FROM cameras ORDER BY name, id"), {});
+    auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
+                                      " fisheye, access_protocol FROM cameras ORDER BY name, id"), {});
     if (!q)
         return out;
     while (q->next())
@@ -79,8 +79,8 @@ std::optional<CameraRecord> CSiteStore::camera(const QString &id) const
 
 std::optional<CameraRecord> CSiteStore::readCamera(const QString &id) const
 {
-    auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade, fisheye,"
-                                      " access_protocol FROM cameras WHERE id = ?"), {id});
+    auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
+                                      " fisheye, access_protocol FROM cameras WHERE id = ?"), {id});
     if (!q)
         return std::nullopt;
     if (!q->next())
@@ -183,8 +183,8 @@ bool CSiteStore::removeUser(const QString &name)
 QList<PermissionRecord> CSiteStore::permissions(const QString &user) const
 {
     QList<PermissionRecord> out;
-    auto q = d->select(QStringLiteral("SELECT user, camera_id, item FROM permissions WHERE user = ? ORDER BY camera_id, item"),
-                       {user});
+    auto q = d->select(QStringLiteral("SELECT user, camera_id, item FROM permissions WHERE user = ?"
+                                      " ORDER BY camera_id, item"), {user});
     if (!q)
         return out;
     while (q->next())

@@ -32,7 +32,8 @@ private Q_SLOTS:
 private:
     static VirtualPresetRecord preset(int number)
     {
-        return {QString::fromLatin1(site_store::demo::kSpeedDome), number, QStringLiteral("p%1").arg(number), 3, 0, 0, 1};
+        const QString camera = QString::fromLatin1(site_store::demo::kSpeedDome);
+        return {camera, number, QStringLiteral("p%1").arg(number), 3, 0, 0, 1};
     }
     static QByteArray garbage()
     {

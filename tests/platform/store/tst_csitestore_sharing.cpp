@@ -60,10 +60,9 @@ void TestSiteStoreSharing::otherConnectionsWritesAreRead_data()
         const auto lock = s.lock(kCamera);
         return lock ? lock->holder + QLatin1Char('/') + lock->holderDetail : QString();
     });
-    QTest::newRow("switch") << Write([](CSiteStore &s) { return s.setBoolSetting(CSiteStore::kIsSupportPTZLock, false); })
-                            << Read([](const CSiteStore &s) {
-                                   return QString::number(s.boolSetting(CSiteStore::kIsSupportPTZLock, true));
-                               });
+    QTest::newRow("switch") << Write([](CSiteStore &s) {
+        return s.setBoolSetting(CSiteStore::kIsSupportPTZLock, false);
+    }) << Read([](const CSiteStore &s) { return QString::number(s.boolSetting(CSiteStore::kIsSupportPTZLock, true)); });
     QTest::newRow("camera renamed") << Write([](CSiteStore &s) {
         auto camera = *s.camera(kCamera);
         camera.name = QStringLiteral("Renamed");
