@@ -6,6 +6,8 @@
 #include "boundary/previewptzcontroltranslator.h"
 #include "zeph_plugin_manager/chostsession.h"
 
+#include "site_store/csitestore.h"
+
 #include <QApplication>
 #include <QFile>
 #include <QMessageBox>
@@ -60,6 +62,15 @@ int main(int argc, char *argv[])
         window.show();
         for (const QString &message : session.messages)
             window.ShowTip(message, 2);
+        // The store stops saving when its file goes away; the operator must know before relying on it.
+        QObject::connect(site_store::CSiteStore::Current(), &site_store::CSiteStore::fileLost, &window,
+                         [&window](const QString &message) {
+                             window.ShowTip(message, 0);
+                             auto *box = new QMessageBox(QMessageBox::Warning, QObject::tr("PTZ Workbench"), message,
+                                                         QMessageBox::Ok, &window);
+                             box->setAttribute(Qt::WA_DeleteOnClose);
+                             box->open();
+                         });
 
         if (!options.screenshot.isEmpty() || !options.script.isEmpty()) {
             const QString file = options.screenshot;

@@ -16,7 +16,7 @@ CHostSession::Result CHostSession::Start(const QStringList &arguments)
     CSiteStore *store = CSiteStore::Current();
     result.storeFallback = store->isFallback();
     result.storePath = store->path();
-    if (store->isFallback())
+    if (store->isFallback() || store->isReadOnly())
         result.messages << store->openError();
 
     QString user;

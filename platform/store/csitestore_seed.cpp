@@ -2,9 +2,7 @@
 #include "site_store/demosite.h"
 
 #include "csitestore_p.h"
-
-#include <QSqlError>
-#include <QSqlQuery>
+#include "csitetransaction.h"
 
 namespace site_store {
 
@@ -25,16 +23,10 @@ CameraRecord demoCamera(const char *id, const QString &name, const char *model, 
 
 bool CSiteStore::seedDemoSite()
 {
-    QSqlDatabase db = d->db();
-    if (!db.isOpen()) {
-        d->lastError = tr("The site store is not open.");
+    // One transaction for the whole site: the writes below join it.
+    CSiteTransaction batch(this, *d);
+    if (!batch.isOpen())
         return false;
-    }
-    if (!db.transaction()) {
-        d->lastError = db.lastError().text();
-        return false;
-    }
-    ++d->batchDepth;
 
     const QList<int> allAbilities{1, 6, 26, 33, 35, 46, 48, 49, 50};
 
@@ -74,29 +66,11 @@ bool CSiteStore::seedDemoSite()
     ok = ok && setSetting(kGetTrackNum, QStringLiteral("4"));
     ok = ok && setSetting(kProductType, QStringLiteral("Standard"));
     ok = ok && setSetting(kCurrentUser, QString::fromLatin1(demo::kOperator));
-    if (ok) {
-        QSqlQuery q(db);
-        ok = q.exec(QStringLiteral("INSERT OR REPLACE INTO meta (key, value) VALUES ('seeded', '1')"));
-        if (!ok)
-            d->lastError = q.lastError().text();
-    }
-
-    --d->batchDepth;
-    d->cache.clear();
-    if (!ok) {
-        const QString error = d->lastError;
-        db.rollback();
-        d->lastError = error;
+    if (!ok)
+        return batch.fail(lastError());
+    if (!batch.exec(QStringLiteral("INSERT OR REPLACE INTO meta (key, value) VALUES ('seeded', '1')")))
         return false;
-    }
-    if (!db.commit()) {
-        d->lastError = db.lastError().text();
-        db.rollback();
-        return false;
-    }
-    d->lastError.clear();
-    emit changed(Table::All, QString());
-    return true;
+    return batch.commit(Table::All, QString());
 }
 
 } // namespace site_store

@@ -16,6 +16,8 @@ class QSqlDatabase;
 
 namespace site_store {
 
+class CSiteTransaction;
+
 // The site's persistent configuration on SQLite: cameras, users and their
 // permissions, switches, client-side presets and patrols, park-action and
 // recovery settings, PTZ locks and the simulated cameras' device state.
@@ -23,6 +25,12 @@ namespace site_store {
 // Every write is one transaction (WAL journal), so a killed process leaves
 // the last committed state. Each operation returns false on failure and
 // leaves the reason in lastError(). Use a store from the thread that opened it.
+//
+// A write reports success only when it reached the store's file: a file that
+// is read-only is opened for reading only, another program's database is not
+// opened at all, and once the file is removed or replaced under the running
+// store every later write is refused (fileLost() says so once). Writes by
+// other connections or processes on the same file are seen by the next read.
 //
 // A process has one current store (Current()); tests install a temporary one
 // per test with InstallCurrent(Open(path)).
@@ -70,9 +78,11 @@ public:
     ~CSiteStore() override;
 
     // Opens (creating and seeding when new) the database at `path`. Never
-    // returns null: when the file cannot be opened or is not a valid store,
-    // the result is a seeded in-memory store with isFallback() true and the
-    // reason in openError(), which is also logged.
+    // returns null: when the file cannot be opened or is not a valid store
+    // (damaged, another program's, newer), the result is a seeded in-memory
+    // store with isFallback() true and the reason in openError(), which is
+    // also logged. A store file without write permission is opened read-only:
+    // isReadOnly() is true and openError() says so.
     static std::unique_ptr<CSiteStore> Open(const QString &path);
     // A fresh seeded in-memory store (not a fallback).
     static std::unique_ptr<CSiteStore> OpenInMemory();
@@ -96,6 +106,10 @@ public:
     bool isFallback() const;
     QString openError() const;
     QString lastError() const;
+    // True when writes are refused: the file is read-only, or it was removed
+    // or replaced while open. The reason is in writeRefusal().
+    bool isReadOnly() const;
+    QString writeRefusal() const;
 
     // Writes the demo site (cameras, users, permissions, switches). Done
     // automatically for a new store; replaces rows with the same keys.
@@ -162,8 +176,12 @@ public:
 Q_SIGNALS:
     // After a committed write; cameraId is empty for site-wide tables.
     void changed(site_store::CSiteStore::Table table, const QString &cameraId);
+    // Once, when the store finds its file removed or replaced while open; from
+    // then on it refuses writes. `message` is a sentence for the user.
+    void fileLost(const QString &message);
 
 private:
+    friend class CSiteTransaction;
     explicit CSiteStore(QObject *parent = nullptr);
     std::optional<CameraRecord> readCamera(const QString &id) const;
     std::optional<UserRecord> readUser(const QString &name) const;

@@ -64,7 +64,8 @@ struct SimCameraHarness
 
     ptz_devices::CSimClock clock;
     ptz_devices::CMemoryDeviceStateStore store;
+    // Declared before the camera so it outlives it: the camera's destructor still replies.
+    QVector<ptz_devices::DriverReply> replies;
     QObject context;
     std::unique_ptr<ptz_devices::CSimulatedCamera> camera;
-    QVector<ptz_devices::DriverReply> replies;
 };

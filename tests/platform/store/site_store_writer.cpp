@@ -1,9 +1,12 @@
 // Writes numbered device-state rows, one transaction each, and prints the
 // number after every commit, until it is killed. With --current FILE it only
 // opens FILE as the process's current store and returns, to check a clean exit.
+// With --lock FILE CAMERA SECONDS it locks CAMERA for SECONDS, prints "locked"
+// and waits to be killed, standing for an operator's client that dies.
 #include "site_store/csitestore.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -20,6 +23,21 @@ int main(int argc, char **argv)
         qputenv(site_store::CSiteStore::kPathEnvVar, argv[2]);
         std::printf("%d\n", int(site_store::CSiteStore::Current()->cameras().size()));
         return 0;
+    }
+    if (qstrcmp(argv[1], "--lock") == 0 && argc > 4) {
+        auto store = site_store::CSiteStore::Open(QString::fromLocal8Bit(argv[2]));
+        site_store::LockRecord lock;
+        lock.cameraId = QString::fromLocal8Bit(argv[3]);
+        lock.holder = QStringLiteral("writer");
+        lock.holderLevel = 50;
+        lock.expiresAt = QDateTime::currentDateTimeUtc().addSecs(QByteArray(argv[4]).toInt());
+        if (store->isFallback() || !store->setLock(lock)) {
+            std::fprintf(stderr, "%s\n", qPrintable(store->openError() + store->lastError()));
+            return 1;
+        }
+        std::printf("locked %lld\n", lock.expiresAt.toMSecsSinceEpoch());
+        std::fflush(stdout);
+        return app.exec();
     }
     auto store = site_store::CSiteStore::Open(QString::fromLocal8Bit(argv[1]));
     if (store->isFallback()) {
