@@ -341,7 +341,11 @@ void TestPreviewPTZWndPatterns::padPressInterruptsPlayback()
     click(0, Quillon::ItemFirstRightPixmapRole);
     QTRY_VERIFY(model()->IsPlaying(0));
 
+    QSignalSpy notices(m_env.controller().get(), &zeph_ptz_controller::CUniversalPTZController::SignalPTZPanelInterrupt);
     pressPad(CPTZCloud::MiddleRight, true);
+    QCOMPARE(notices.count(), 1);
+    QCOMPARE(notices.first().at(1).toString(), kDome);
+    QCOMPARE(notices.first().at(2).toBool(), false);
     QVERIFY(!model()->IsPlaying(0));
     QCOMPARE(row(0).data(Quillon::ItemFirstRightPixmapTipRole).toString(), QStringLiteral("CallBQA8YLFY"));
     QCOMPARE(Storage()->GetRunningPattern(kDome), -1);
