@@ -24,6 +24,8 @@ struct PREVIEWPTZCONTROL_EXPORT PTZControlParam
     quint32 action = 0; // 0 start, 1 stop
     bool skip = false;
     quint32 extra = 0;
+    // The command's own argument: the pattern number of the pattern commands.
+    qint32 parameter = 0;
 };
 
 } // namespace PreviewPTZControl

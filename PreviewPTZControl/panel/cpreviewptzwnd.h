@@ -37,6 +37,8 @@ namespace PreviewPTZControl {
 // presets
 class CPresetTableModel;
 class CSortPresetFilterModel;
+// patterns
+class CPatternTableModel;
 
 namespace Ui {
 class CPTZPanelLeft;
@@ -175,6 +177,11 @@ public slots:
     void OnFilterByPresetName(const QString &text);
     void OnDeviceOrVirtualPresetSwitch();
 
+    // patterns (cpreviewptzwnd_patterns.cpp)
+    void OnPatternPlayCtl(const QModelIndex &index, bool play);
+    void OnPatternRecordCtl(const QModelIndex &index, bool record);
+    void OnPatternDeleteControl(const QModelIndex &index);
+
 signals:
     void SignalFunctionEnabled(int function_id, bool enabled);
     void SignalMessageTipNeeded(QString message_tip, int tip_type);
@@ -249,6 +256,11 @@ private:
     // Patterns (cpreviewptzwnd_patterns.cpp).
     void InitPattenTab();
     void UpdatePattenPageState();
+    void EnsurePatternList();
+    bool PatternCommandRefused(const QModelIndex &index, bool b_recording_blocks);
+    void StopVirtualPatrolForPattern();
+    void SendPatternCommand(quint32 command, quint32 action, int pattern);
+    void OnPatternControlSuccess(int command);
 
     // Lock (cpreviewptzwnd_lock.cpp).
     void InitPtzLockState();
@@ -292,6 +304,9 @@ private:
     bool b_preset_edit_perm_ = false;
     int preset_count_ = 0;
     QString pending_preset_name_;
+
+    // patterns
+    CPatternTableModel *ptr_pattern_model_ = nullptr;
 
     QTimer *light_status_timer_ = nullptr;
     QTimer *wiper_status_timer_ = nullptr;

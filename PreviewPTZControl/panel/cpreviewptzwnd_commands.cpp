@@ -53,6 +53,7 @@ void CPreviewPTZWnd::ExecutePTZControl(const PTZControlParam &param)
     command.command = param.command;
     command.action = param.action;
     command.speed = ui_left_->ptr_speed_slider_->value();
+    command.param = param.parameter;
     command.channel = 1;
     command.extra = static_cast<int32_t>(param.extra);
     ptr_ptz_controller_->Control(command);
@@ -416,6 +417,7 @@ void CPreviewPTZWnd::OnPTZControlSuccess(const QString &, const QString &camera_
     default:
         break;
     }
+    OnPatternControlSuccess(static_cast<int>(command.command));
 }
 
 void CPreviewPTZWnd::OnPTZControlFailed(const QString &, const QString &camera_index_code, int, int command)

@@ -194,9 +194,9 @@ void CLiveView::PaintScene(QPainter &painter, const QRect &area)
     if (status.runningPatrol > 0)
         running << tr("PATROL %1").arg(status.runningPatrol);
     if (status.runningPattern > 0)
-        running << tr("PATTERN %1").arg(status.runningPattern);
+        running << tr("pattern %1").arg(status.runningPattern);
     if (status.recordingPattern > 0)
-        running << tr("RECORDING %1").arg(status.recordingPattern);
+        running << tr("recording pattern %1").arg(status.recordingPattern);
     QStringList aux;
     if (status.light)
         aux << tr("LIGHT");

@@ -198,6 +198,51 @@
         <source>ConfirmToDelete</source>
         <translation>Delete this preset?</translation>
     </message>
+    <message>
+        <source>PleaseSelectAPresetPrknxDNBA</source>
+        <comment>pattern</comment>
+        <translation>Please select a pattern.</translation>
+    </message>
+    <message>
+        <source>ConfirmToDelete</source>
+        <comment>pattern</comment>
+        <translation>Delete this pattern?</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.e7fc316a038f48f2a6cbcab348cb9a1b.msg</source>
+        <translation>A pattern is being recorded on this camera. Stop the recording first.</translation>
+    </message>
+    <message>
+        <source>FailedToGetPatterns</source>
+        <translation>Failed to get the camera's patterns.</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CPatternTableModel</name>
+    <message>
+        <source>Track%LSFuNRhoUtBhyfpg</source>
+        <translation>Pattern %1</translation>
+    </message>
+    <message>
+        <source>CallBQA8YLFY</source>
+        <translation>Play</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>StartRecordingPattern</source>
+        <translation>Start recording</translation>
+    </message>
+    <message>
+        <source>StopRecordingPattern</source>
+        <translation>Stop recording</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPTZControl::CPTZPanelLeft</name>
