@@ -22,6 +22,11 @@ static ZephPluginManager::CCameraManager *CameraManager()
     return Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance();
 }
 
+ptz_devices::IPtzDriver *CDriverGate::Driver(const ZephPluginManager::CCamera &camera)
+{
+    return camera.GetDriver(ZephPluginManager::CDriverKey());
+}
+
 ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QString *error, bool *unknown_camera)
 {
     if (unknown_camera)
@@ -36,7 +41,7 @@ ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QStri
         }
         return nullptr;
     }
-    ptz_devices::IPtzDriver *driver = camera->GetDriver();
+    ptz_devices::IPtzDriver *driver = CDriverGate::Driver(*camera);
     if (!driver && error) {
         *error = Tr("The camera %1 cannot be reached: %2")
                      .arg(camera->GetName(),

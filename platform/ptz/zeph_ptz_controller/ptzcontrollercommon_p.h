@@ -15,6 +15,10 @@ struct DevicePatrolPoint;
 struct DevicePreset;
 }
 
+namespace ZephPluginManager {
+class CCamera;
+}
+
 namespace zeph_ptz_controller {
 namespace detail {
 
@@ -32,6 +36,13 @@ constexpr int kDefaultLockSeconds = 300;
 constexpr int kMaxLockSeconds = 3600;
 
 QString Tr(const char *text);
+
+// The one door from the controller library to the host's drivers.
+class CDriverGate
+{
+public:
+    static ptz_devices::IPtzDriver *Driver(const ZephPluginManager::CCamera &camera);
+};
 
 // The camera's driver through the host's camera manager; null with a
 // readable reason for an unknown camera or a camera without a driver.
