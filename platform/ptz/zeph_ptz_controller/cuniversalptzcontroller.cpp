@@ -184,6 +184,8 @@ void CUniversalPTZController::OnDriverGone(QObject *driver)
         const auto pending = d->pending.take(key);
         Finish(pending, false, Tr("The camera was removed before it answered."), kErrorNoDevice);
     }
+    for (auto it = d->overdue.begin(); it != d->overdue.end();)
+        it = it.key().first == driver ? d->overdue.erase(it) : it + 1;
 }
 
 void CUniversalPTZController::OnWatchdog()
@@ -195,6 +197,8 @@ void CUniversalPTZController::OnWatchdog()
         if (it == d->pending.end() || (*it)->deadline > now)
             continue;
         const auto pending = d->pending.take(key);
+        // Every driver answers each request once, so the entry goes when the late answer comes.
+        d->overdue.insert(key, pending);
         Finish(pending, false, Tr("The camera did not answer in time."), kErrorDevice);
     }
     if (d->pending.isEmpty())
@@ -204,6 +208,14 @@ void CUniversalPTZController::OnWatchdog()
 void CUniversalPTZController::OnDriverReplied(const ptz_devices::DriverReply &reply)
 {
     const Private::Key key = qMakePair(static_cast<const QObject *>(sender()), reply.requestId);
+    if (const auto late = d->overdue.take(key)) {
+        // The requester was told it failed; the camera's state still follows.
+        if (reply.ok) {
+            ZEPH_LOG_INFO("late answer from %s folded into the shared state", qUtf8Printable(late->camera));
+            detail::UniversalHandlers::ForKind(late->kind).fold(*this, *late, reply);
+        }
+        return;
+    }
     const auto pending = d->pending.take(key);
     if (!pending)
         return;

@@ -71,6 +71,10 @@ struct UniversalHandlers;
 // over with command 200; the former holder's panels learn it through
 // SignalSeizedByOtherUser.
 //
+// An answer that arrives after the request timed out (and was failed) is
+// still written into CPTZStateStorageManager, whose SignalStateChanged tells
+// the panels to show what the camera really does.
+//
 // A manual move or zoom (11, 12, 21-28 started) on a camera that runs
 // auto-scan, a patrol or a pattern emits SignalPTZPanelInterrupt(owner,
 // camera, false, patrol number or -1) before the move is sent. When

@@ -70,6 +70,9 @@ struct CUniversalPTZController::Private
 {
     using Key = QPair<const QObject *, quint64>;
     QMap<Key, detail::PendingPtr> pending;
+    // Requests already failed for want of an answer: a late answer still
+    // updates the shared state (the camera did carry the request out).
+    QMap<Key, detail::PendingPtr> overdue;
     QSet<const QObject *> connected_drivers;
     // Cameras whose interruption notice is on its way; the camera's own
     // report of the same interruption is then not repeated.
