@@ -103,6 +103,8 @@ public:
 
     void Control(const ptz_plugin_protocol::PTZControlCommand &command);
     // "SetPreset" (number and name), "GotoPreset", "DelPreset"; numbers 1..256.
+    // "SetPreset" of a number the camera already has renames that preset and
+    // keeps its stored position (new presets only ever get free numbers).
     void Preset(const ptz_plugin_protocol::PresetControlRequest &request);
     // "CruiseRouteControl" (action 0 start, 1 stop), "DelCruiseRoute" and
     // "ModifyCruiseRoute" (action = CruiseType; device patrols go to the

@@ -54,6 +54,7 @@ struct Pending
     ptz_plugin_protocol::SetParkActionRequest park;
     ptz_plugin_protocol::SetPatrolRecoverConfigRequest recover;
     bool on = false;
+    bool rename = false;   // a SetPreset of a number the camera has: only the name changes
     int stopped_kind = 0;  // what a 44 stopped: 1 pattern, 2 patrol
     bool resume_patrol = false;
     int resume_index = 0;

@@ -59,7 +59,11 @@ void CUniversalPTZController::Preset(const PresetControlRequest &request)
         QString name = QString::fromStdString(request.preset_name);
         if (name.isEmpty())
             name = Tr("Preset%1").arg(request.preset_index);
-        id = driver->setPreset(request.preset_index, name);
+        // New presets only get free numbers, so a taken one is the edit of a
+        // name: the stored position must stay where it is.
+        pending->rename = detail::DeviceHasPreset(pending->camera, request.preset_index);
+        id = pending->rename ? driver->renamePreset(request.preset_index, name)
+                             : driver->setPreset(request.preset_index, name);
     } else if (op == "GotoPreset") {
         id = driver->gotoPreset(request.preset_index);
     } else {

@@ -55,6 +55,21 @@ bool CameraExists(const QString &camera_index_code)
     return !camera_index_code.isEmpty() && CameraManager()->GetCameraByID(camera_index_code) != nullptr;
 }
 
+bool DeviceHasPreset(const QString &camera_index_code, int preset_index)
+{
+    const auto camera = camera_index_code.isEmpty() ? nullptr : CameraManager()->GetCameraByID(camera_index_code);
+    if (!camera)
+        return false;
+    const auto known = camera->GetKnownDevicePresets();
+    if (std::any_of(known.begin(), known.end(),
+                    [preset_index](const ptz_devices::DevicePreset &p) { return p.number == preset_index; }))
+        return true;
+    const auto cached = CPTZDataCache::Instance()->Presets(camera_index_code);
+    return std::any_of(cached.begin(), cached.end(), [preset_index](const PresetInfo &p) {
+        return p.preset_index == preset_index && p.preset_type == PRESET_TYPE_DEVICE;
+    });
+}
+
 QString CameraName(const QString &camera_index_code)
 {
     const auto camera = camera_index_code.isEmpty() ? nullptr : CameraManager()->GetCameraByID(camera_index_code);

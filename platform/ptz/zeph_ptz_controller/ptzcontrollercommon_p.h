@@ -50,6 +50,9 @@ public:
 ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QString *error,
                                          bool *unknown_camera = nullptr);
 bool CameraExists(const QString &camera_index_code);
+// Whether the camera holds a preset of this number, by the lists its driver
+// last reported (the universal controller renames such a preset on a set).
+bool DeviceHasPreset(const QString &camera_index_code, int preset_index);
 QString CameraName(const QString &camera_index_code);
 
 ptz_plugin_protocol::PresetInfo ToPresetInfo(const ptz_devices::DevicePreset &preset);
