@@ -1,6 +1,6 @@
 #include "cliveview.h"
 
-#include "ptz_devices/iptzdriver.h"
+#include "ptz_devices/ptzdevicetypes.h"
 
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
@@ -105,12 +105,10 @@ const QImage &CLiveView::Panorama()
     return panorama;
 }
 
-void CLiveView::SetCamera(const QString &cameraId, const QString &name, ptz_devices::IPtzDriver *driver,
-                          bool fishEye)
+void CLiveView::SetCamera(const QString &cameraId, const QString &name, bool fishEye)
 {
     m_cameraId = cameraId;
     m_name = name;
-    m_driver = driver;
     m_fishEye = fishEye;
     update();
 }
@@ -161,7 +159,9 @@ void CLiveView::paintEvent(QPaintEvent *)
 
 void CLiveView::PaintScene(QPainter &painter, const QRect &area)
 {
-    const ptz_devices::DeviceStatus status = m_driver ? m_driver->status() : ptz_devices::DeviceStatus();
+    ptz_devices::DeviceStatus status;
+    if (!m_status || !m_status(m_cameraId, status))
+        status = ptz_devices::DeviceStatus();
     const QImage &pano = Panorama();
     const double fov = kFieldOfView / std::max(1.0, status.zoom);
     const double srcW = fov * kPixelsPerDegree;

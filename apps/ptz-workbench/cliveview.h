@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 namespace ptz_devices {
-class IPtzDriver;
+struct DeviceStatus;
 }
 
 // One screen of the live-view grid: paints what its camera sees, cropped and
@@ -16,8 +17,12 @@ class CLiveView : public QWidget
 public:
     explicit CLiveView(unsigned int screen, QWidget *parent = nullptr);
 
+    // Reads a camera's position and running state (read-only); false when unknown.
+    using StatusSource = std::function<bool(const QString &cameraId, ptz_devices::DeviceStatus &status)>;
+
     unsigned int Screen() const { return m_screen; }
-    void SetCamera(const QString &cameraId, const QString &name, ptz_devices::IPtzDriver *driver, bool fishEye);
+    void SetStatusSource(StatusSource source) { m_status = std::move(source); }
+    void SetCamera(const QString &cameraId, const QString &name, bool fishEye);
     QString CameraId() const { return m_cameraId; }
     void SetSelected(bool selected);
 
@@ -55,7 +60,7 @@ private:
     unsigned int m_screen;
     QString m_cameraId;
     QString m_name;
-    QPointer<ptz_devices::IPtzDriver> m_driver;
+    StatusSource m_status;
     bool m_fishEye = false;
     bool m_selected = false;
     int m_action = 0;

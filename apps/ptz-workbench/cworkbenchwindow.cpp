@@ -15,7 +15,7 @@
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 
 #include "vs_ui_data_controller/cinformationmgr.h"
-#include "ptz_devices/iptzdriver.h"
+#include "ptz_devices/ptzdevicetypes.h"
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
 
 #include "tarn/base/logging.h"
@@ -234,13 +234,17 @@ void CWorkbenchWindow::SetScreenCount(int count)
     while (m_views.size() < count) {
         const unsigned screen = unsigned(m_views.size());
         auto *view = new CLiveView(screen, m_grid);
+        const std::weak_ptr<zeph_ptz_controller::CUniversalPTZController> controller = m_controller;
+        view->SetStatusSource([controller](const QString &cameraId, ptz_devices::DeviceStatus &status) {
+            const auto alive = controller.lock();
+            return alive && alive->GetDeviceStatus(cameraId, status);
+        });
         connect(view, &CLiveView::SignalSelected, this, [this](unsigned s) { SelectScreen(int(s)); });
         connect(view, &CLiveView::SignalCameraDropped, this,
                 [this](unsigned s, const QString &id) { BindCamera(int(s), id); });
         connect(view, &CLiveView::SignalCloseRequested, this, [this](unsigned s) { CloseScreen(int(s)); });
         connect(view, &CLiveView::SignalBoxDrawn, this, [this](unsigned s, const QRectF &box) {
-            if (ptz_devices::IPtzDriver *driver = Cameras()->GetDriver(m_views.at(int(s))->CameraId()))
-                driver->position3D(box);
+            m_controller->Position3D(m_views.at(int(s))->CameraId(), box);
         });
         connect(view, &CLiveView::SignalTargetClicked, this, [this](unsigned s, int function, const QPointF &at) {
             const QString what = function == 4 ? tr("Tracking the target at %1%, %2% of the picture.")
@@ -319,7 +323,7 @@ bool CWorkbenchWindow::BindCamera(int screen, const QString &cameraId)
         ShowTip(tr("Unknown camera '%1'.").arg(cameraId), 0);
         return false;
     }
-    m_views.at(screen)->SetCamera(cameraId, camera->GetName(), camera->GetDriver(), camera->IsFishEye());
+    m_views.at(screen)->SetCamera(cameraId, camera->GetName(), camera->IsFishEye());
     const QString owner = Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName();
     m_panelList.at(screen)->SetCamera(owner, cameraId, false, false);
     return true;
@@ -332,7 +336,7 @@ void CWorkbenchWindow::CloseScreen(int screen)
     if (screen == m_selected)
         StopHeldKeys();
     m_views.at(screen)->SetPictureAction(0);
-    m_views.at(screen)->SetCamera(QString(), QString(), nullptr, false);
+    m_views.at(screen)->SetCamera(QString(), QString(), false);
     m_panelList.at(screen)->StopWork();
 }
 

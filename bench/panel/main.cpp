@@ -3,6 +3,7 @@
 // Runs offscreen unless a platform is given.
 
 #include "direction/cptzcloud.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "panel/cpreviewptzwnd.h"
 
 #include "ptz_devices/csimclock.h"
@@ -114,7 +115,7 @@ int main(int argc, char **argv)
 
     panel.SetCamera(QString(), dome, false, false);
     QApplication::processEvents();
-    auto *driver = qobject_cast<ptz_devices::CSimulatedCamera *>(cameras->GetDriver(dome));
+    auto *driver = qobject_cast<ptz_devices::CSimulatedCamera *>(ZephPluginManager::CDriverTestAccess::GetDriver(dome));
     auto *cloud = panel.findChild<CPTZCloud *>(QStringLiteral("ptr_cloud_"));
     std::vector<double> press_us;
     for (int i = 0; i < 200 && driver && cloud; ++i) {

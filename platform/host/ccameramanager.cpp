@@ -105,7 +105,7 @@ void CCameraManager::Reload()
             camera = std::make_shared<CCamera>(data);
             // A changed name or ability list keeps the running driver; the
             // old camera object lets it go first.
-            if (old != d->byId.end() && sameDriver(old->second->data(), data) && old->second->GetDriver()) {
+            if (old != d->byId.end() && sameDriver(old->second->data(), data) && old->second->HasDriver()) {
                 camera->SetDriver(old->second->TakeDriver());
             } else {
                 ptz_devices::DriverConfig config;
@@ -158,12 +158,6 @@ QStringList CCameraManager::GetCameraIDs()
     for (const auto &camera : GetCameras())
         ids << QString::fromStdString(camera->GetID());
     return ids;
-}
-
-ptz_devices::IPtzDriver *CCameraManager::GetDriver(const QString &cameraId)
-{
-    const auto camera = GetCameraByID(cameraId);
-    return camera ? camera->GetDriver() : nullptr;
 }
 
 } // namespace ZephPluginManager

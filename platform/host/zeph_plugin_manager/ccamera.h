@@ -16,11 +16,31 @@ namespace ptz_devices {
 class IPtzDriver;
 }
 
+namespace zeph_ptz_controller {
+namespace detail {
+class CDriverGate;
+}
+}
+
 namespace ZephPluginManager {
+
+class CCameraManager;
+class CDriverTestAccess;
+
+// Opens a camera's driver. Only the PTZ controller library, which decides who
+// may move a camera, holds one (and tests, to inspect the simulated camera):
+// a host or module that wants a camera to move asks the controller library.
+class CDriverKey
+{
+    friend class zeph_ptz_controller::detail::CDriverGate;
+    friend class CDriverTestAccess;
+    CDriverKey() = default;
+};
 
 // One camera of the site as the host knows it: the store's record and the
 // device driver the camera manager opened for it. The driver belongs to the
-// camera manager and lives as long as the camera stays in the site.
+// camera manager and lives as long as the camera stays in the site; it is
+// handed only to the holder of a CDriverKey.
 class HOST_SERVICES_EXPORT CCamera
 {
 public:
@@ -55,7 +75,8 @@ public:
     bool HasAbility(int code) const { return m_data.abilities.contains(code); }
 
     // Null when the driver could not be created (DriverError() says why).
-    ptz_devices::IPtzDriver *GetDriver() const { return m_driver; }
+    ptz_devices::IPtzDriver *GetDriver(const CDriverKey &) const { return m_driver; }
+    bool HasDriver() const { return m_driver != nullptr; }
     QString DriverError() const { return m_driverError; }
 
     // The device's presets and patrols as its driver last reported them
@@ -65,15 +86,18 @@ public:
     bool HasKnownDevicePresets() const { return m_presetsKnown; }
     bool HasKnownDevicePatrols() const { return m_patrolsKnown; }
 
+    const Data &data() const { return m_data; }
+
+private:
+    friend class CCameraManager;
+
     // Used by the camera manager. The camera owns the driver.
     void SetDriver(ptz_devices::IPtzDriver *driver, const QString &error = QString());
-    const Data &data() const { return m_data; }
     // Hands the driver over without deleting it.
     ptz_devices::IPtzDriver *TakeDriver();
     // Feeds one driver answer into the known lists.
     void NoteReply(const ptz_devices::DriverReply &reply);
 
-private:
     Data m_data;
     ptz_devices::IPtzDriver *m_driver = nullptr;
     QMetaObject::Connection m_replyConnection;

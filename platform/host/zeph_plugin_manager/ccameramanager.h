@@ -37,9 +37,6 @@ public:
     std::vector<std::shared_ptr<CCamera>> GetCameras();
     QStringList GetCameraIDs();
 
-    // The camera's driver, null for an unknown camera or a failed driver.
-    ptz_devices::IPtzDriver *GetDriver(const QString &cameraId);
-
     // Clock handed to simulated drivers created from now on (null: their own
     // real-time clock). Tests set a manual clock before the first lookup.
     void SetSimClock(ptz_devices::CSimClock *clock);

@@ -1,6 +1,5 @@
 #include "zeph_ptz_controller/ccommonfunction.h"
 
-#include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
@@ -15,23 +14,14 @@ bool CCommonFunction::CheckAbility(const QString &camera_index_code, ResourceDat
     return camera && camera->HasAbility(int(ability));
 }
 
-QString CCommonFunction::ResolveUser(const QString &owner_index_code)
-{
-    if (owner_index_code.isEmpty())
-        return QString();
-    site_store::CSiteStore *store = site_store::CSiteStore::Current();
-    if (store && store->user(owner_index_code))
-        return owner_index_code;
-    return QString();
-}
-
 bool CCommonFunction::IsCameraPermissionValid(const QString &owner_index_code, const QString &camera_index_code,
                                               ResourceData::ResourcePermissionItem item)
 {
+    Q_UNUSED(owner_index_code)
     if (camera_index_code.isEmpty())
         return false;
     return Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->IsCameraPermissionValid(
-        ResolveUser(owner_index_code).toStdString(), camera_index_code.toStdString(), int(item));
+        std::string(), camera_index_code.toStdString(), int(item));
 }
 
 } // namespace zeph_ptz_controller

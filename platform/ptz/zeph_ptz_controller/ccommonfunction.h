@@ -14,13 +14,10 @@ class ZEPH_PTZ_CONTROLLER_EXPORT CCommonFunction
 public:
     // False for an unknown camera.
     static bool CheckAbility(const QString &camera_index_code, ResourceData::CameraAbilityType ability);
-    // The owner identifier names the user to check when it is a user of the
-    // site; anything else (empty included) checks the current user.
+    // Always the host's signed-in user: the owner identifier is a tag the
+    // caller gets echoed back, never an identity, and is not consulted.
     static bool IsCameraPermissionValid(const QString &owner_index_code, const QString &camera_index_code,
                                         ResourceData::ResourcePermissionItem item);
-    // The user whose rights and lock apply to a request of this owner: the
-    // owner when it names a site user, else the current user (empty text).
-    static QString ResolveUser(const QString &owner_index_code);
 
 private:
     CCommonFunction() = delete;

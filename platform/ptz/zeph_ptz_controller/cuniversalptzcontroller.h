@@ -14,12 +14,20 @@
 
 class QTimer;
 
+class QRectF;
+
 namespace ptz_devices {
 class IPtzDriver;
+struct DeviceStatus;
 struct DriverReply;
 }
 
 namespace zeph_ptz_controller {
+
+namespace detail {
+struct Pending;
+struct UniversalHandlers;
+}
 
 // Device commands of every panel, mapped onto the camera drivers that the
 // host's camera manager owns. One instance may serve any number of panels and
@@ -50,12 +58,22 @@ namespace zeph_ptz_controller {
 // seconds 1..3600, 0 means 300), 201 unlock, 206 one-key focus, 207 lens
 // initialisation.
 //
-// Lock rule: a camera locked by another user of a higher or equal PTZ level
-// refuses commands (code kErrorLockedByOther, then
-// SignalSeizedByOtherUser(camera)), except stops of continuous moves, which
-// always go through. A user who outranks the holder keeps control and takes
-// the lock over with command 200; the former holder's panels learn it through
+// Who may move a camera: every request acts for the host's signed-in user;
+// the owner identifier is only a tag echoed in the answers. A request that
+// moves the camera or changes its settings needs the user's PTZ control
+// permission (15; park action: 796) and a camera that is free, locked by the
+// same user, or locked by a user of a lower level. Refusals answer with
+// kErrorNoPermission or kErrorLockedByOther and a readable text; a lock
+// refusal also emits SignalSeizedByOtherUser(camera). Releases of continuous
+// moves (11-16, 21-28 with action 1) always pass, and so do stops of an
+// activity (auto-scan, patrol, pattern, pattern record) the same user
+// started. A user who outranks the holder keeps control and takes the lock
+// over with command 200; the former holder's panels learn it through
 // SignalSeizedByOtherUser.
+//
+// An answer that arrives after the request timed out (and was failed) is
+// still written into CPTZStateStorageManager, whose SignalStateChanged tells
+// the panels to show what the camera really does.
 //
 // A manual move or zoom (11, 12, 21-28 started) on a camera that runs
 // auto-scan, a patrol or a pattern emits SignalPTZPanelInterrupt(owner,
@@ -85,6 +103,8 @@ public:
 
     void Control(const ptz_plugin_protocol::PTZControlCommand &command);
     // "SetPreset" (number and name), "GotoPreset", "DelPreset"; numbers 1..256.
+    // "SetPreset" of a number the camera already has renames that preset and
+    // keeps its stored position (new presets only ever get free numbers).
     void Preset(const ptz_plugin_protocol::PresetControlRequest &request);
     // "CruiseRouteControl" (action 0 start, 1 stop), "DelCruiseRoute" and
     // "ModifyCruiseRoute" (action = CruiseType; device patrols go to the
@@ -94,6 +114,13 @@ public:
     void SetCruiseRecover(const ptz_plugin_protocol::SetPatrolRecoverConfigRequest &request);
     void SetAutoTrack(const ptz_plugin_protocol::SetAutoTrackRequest &request);
     void GetAutoTrack(const ptz_plugin_protocol::GetAutoTrackRequest &request);
+    // 3D positioning on a box of the picture (normalised, y down; drawn right
+    // to left zooms out). Answers SignalPosition3DFinished, with a tip on failure.
+    void Position3D(const QString &camera_index_code, const QRectF &area);
+
+    // The camera's last known position and running state, read-only (for a
+    // live view); false for an unknown camera or one without a driver.
+    bool GetDeviceStatus(const QString &camera_index_code, ptz_devices::DeviceStatus &status) const;
 
     // Requests sent to drivers and not answered yet.
     int PendingRequestCount() const;
@@ -114,24 +141,31 @@ Q_SIGNALS:
     void signalPresetFinished(ptz_plugin_protocol::PresetControlRequest request, QString error_text);
     void SignalParkActionFinished(QString camera_index_code, QString error_text);
     void SignalCruiseRecoverFinished(QString camera_index_code, QString error_text);
+    void SignalPosition3DFinished(QString camera_index_code, QString error_text);
 
 private:
-    struct Pending;
+    friend struct detail::UniversalHandlers;
     struct Private;
+    using PendingPtr = std::shared_ptr<detail::Pending>;
 
     ptz_devices::IPtzDriver *Driver(const QString &camera, QString *error);
     void EnsureConnected(ptz_devices::IPtzDriver *driver);
-    void Track(ptz_devices::IPtzDriver *driver, quint64 request_id, const std::shared_ptr<Pending> &pending);
+    void OnActivityInterrupted(ptz_devices::IPtzDriver *driver, int activity, int number);
+    void Track(ptz_devices::IPtzDriver *driver, quint64 request_id, const PendingPtr &pending);
     void OnDriverReplied(const ptz_devices::DriverReply &reply);
     void OnDriverGone(QObject *driver);
     void OnWatchdog();
-    void Finish(const std::shared_ptr<Pending> &pending, bool ok, const QString &error, int error_code);
-    void FailLater(const std::shared_ptr<Pending> &pending, int error_code, const QString &error);
+    void Finish(const PendingPtr &pending, bool ok, const QString &error, int error_code);
+    void FailLater(const PendingPtr &pending, int error_code, const QString &error);
 
-    void ControlSucceeded(const ptz_plugin_protocol::PTZControlCommand &command, const QString &owner);
-    bool CheckLock(const QString &camera, const QString &owner, QString *error);
-    void HandleManualInterrupt(const ptz_plugin_protocol::PTZControlCommand &command, const QString &owner,
-                               ptz_devices::IPtzDriver *driver);
+    // Access (cuniversalptzcontroller_access.cpp). False after the request
+    // was answered with the refusal. `own_stop` names the activity the
+    // request stops: stopping one the same user started always passes.
+    bool Admit(const PendingPtr &pending, int permission_item, int own_stop = 0);
+    bool CheckLock(const QString &camera, QString *error);
+    void NoteStarted(const QString &camera, int activity, const QString &user);
+
+    void HandleManualInterrupt(const ptz_plugin_protocol::PTZControlCommand &command, const QString &owner);
     void ResumeInterrupted(const QString &camera, bool is_patrol, int index);
 
     std::unique_ptr<Private> d;

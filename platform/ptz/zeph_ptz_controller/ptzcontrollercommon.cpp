@@ -22,6 +22,11 @@ static ZephPluginManager::CCameraManager *CameraManager()
     return Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance();
 }
 
+ptz_devices::IPtzDriver *CDriverGate::Driver(const ZephPluginManager::CCamera &camera)
+{
+    return camera.GetDriver(ZephPluginManager::CDriverKey());
+}
+
 ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QString *error, bool *unknown_camera)
 {
     if (unknown_camera)
@@ -36,7 +41,7 @@ ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QStri
         }
         return nullptr;
     }
-    ptz_devices::IPtzDriver *driver = camera->GetDriver();
+    ptz_devices::IPtzDriver *driver = CDriverGate::Driver(*camera);
     if (!driver && error) {
         *error = Tr("The camera %1 cannot be reached: %2")
                      .arg(camera->GetName(),
@@ -48,6 +53,21 @@ ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QStri
 bool CameraExists(const QString &camera_index_code)
 {
     return !camera_index_code.isEmpty() && CameraManager()->GetCameraByID(camera_index_code) != nullptr;
+}
+
+bool DeviceHasPreset(const QString &camera_index_code, int preset_index)
+{
+    const auto camera = camera_index_code.isEmpty() ? nullptr : CameraManager()->GetCameraByID(camera_index_code);
+    if (!camera)
+        return false;
+    const auto known = camera->GetKnownDevicePresets();
+    if (std::any_of(known.begin(), known.end(),
+                    [preset_index](const ptz_devices::DevicePreset &p) { return p.number == preset_index; }))
+        return true;
+    const auto cached = CPTZDataCache::Instance()->Presets(camera_index_code);
+    return std::any_of(cached.begin(), cached.end(), [preset_index](const PresetInfo &p) {
+        return p.preset_index == preset_index && p.preset_type == PRESET_TYPE_DEVICE;
+    });
 }
 
 QString CameraName(const QString &camera_index_code)

@@ -15,6 +15,10 @@ struct DevicePatrolPoint;
 struct DevicePreset;
 }
 
+namespace ZephPluginManager {
+class CCamera;
+}
+
 namespace zeph_ptz_controller {
 namespace detail {
 
@@ -33,12 +37,22 @@ constexpr int kMaxLockSeconds = 3600;
 
 QString Tr(const char *text);
 
+// The one door from the controller library to the host's drivers.
+class CDriverGate
+{
+public:
+    static ptz_devices::IPtzDriver *Driver(const ZephPluginManager::CCamera &camera);
+};
+
 // The camera's driver through the host's camera manager; null with a
 // readable reason for an unknown camera or a camera without a driver.
 // `unknown_camera` tells the two apart.
 ptz_devices::IPtzDriver *DriverForCamera(const QString &camera_index_code, QString *error,
                                          bool *unknown_camera = nullptr);
 bool CameraExists(const QString &camera_index_code);
+// Whether the camera holds a preset of this number, by the lists its driver
+// last reported (the universal controller renames such a preset on a set).
+bool DeviceHasPreset(const QString &camera_index_code, int preset_index);
 QString CameraName(const QString &camera_index_code);
 
 ptz_plugin_protocol::PresetInfo ToPresetInfo(const ptz_devices::DevicePreset &preset);

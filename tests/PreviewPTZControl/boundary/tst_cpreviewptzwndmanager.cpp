@@ -1,4 +1,5 @@
 #include "boundary/cpreviewptzwndmanager.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "boundary/cptzboardwidgetinterface.h"
 #include "boundary/previewptzcontroltranslator.h"
 #include "boundary/ptzcontrolparam.h"
@@ -155,7 +156,7 @@ void TestPreviewPTZWndManager::boardWidgetForwardsTips()
     board.SetCamera(QString(), QStringLiteral("demo-speed-dome"));
     QVERIFY(board.PreviewPTZWnd()->IsWorking());
     auto *camera = qobject_cast<ptz_devices::CSimulatedCamera *>(
-        ZephPluginManager::CCameraManager::Instance()->GetDriver(QStringLiteral("demo-speed-dome")));
+        ZephPluginManager::CDriverTestAccess::GetDriver(QStringLiteral("demo-speed-dome")));
     QVERIFY(camera);
     camera->failOperation(ptz_devices::DriverOperation::Light, QStringLiteral("lamp broken"));
     board.findChild<QPushButton *>(QStringLiteral("m_pBtnLight"))->click();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "direction/cptzcloud.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "panel/cpreviewptzwnd.h"
 
 #include "ptz_devices/csimclock.h"
@@ -48,7 +49,7 @@ public:
 
     ptz_devices::CSimulatedCamera *camera(const QString &id) const
     {
-        return qobject_cast<ptz_devices::CSimulatedCamera *>(manager()->GetDriver(id));
+        return qobject_cast<ptz_devices::CSimulatedCamera *>(ZephPluginManager::CDriverTestAccess::GetDriver(id));
     }
     ptz_devices::CSimClock *clock() const { return m_clock; }
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> controller() const { return m_controller; }

@@ -335,7 +335,7 @@ void TestPreviewPTZWndPresets::refusedRequestKeepsTheList_data()
     QTest::addColumn<int>("operation");
     QTest::addColumn<int>("level");
     QTest::newRow("add") << "add" << int(DriverOperation::SetPreset) << 2;
-    QTest::newRow("rename") << "edit" << int(DriverOperation::SetPreset) << 2;
+    QTest::newRow("rename") << "edit" << int(DriverOperation::RenamePreset) << 2;
     QTest::newRow("delete") << "delete" << int(DriverOperation::RemovePreset) << 0;
 }
 

@@ -1,4 +1,5 @@
 #include "cworkbenchscript.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "cworkbenchwindow.h"
 
 #include "ptz_devices/csimclock.h"
@@ -79,7 +80,7 @@ void TestWorkbenchScript::holdingUpTiltsTheDomeAndStops()
     {
         CWorkbenchWindow window;
         auto *dome = qobject_cast<ptz_devices::CSimulatedCamera *>(
-            cameras->GetDriver(QString::fromLatin1(site_store::demo::kSpeedDome)));
+            ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromLatin1(site_store::demo::kSpeedDome)));
         QVERIFY(dome);
         dome->setPosition(90, -30, 1);
         CWorkbenchScript script;

@@ -1,4 +1,5 @@
 #include "cliveview.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "ctoast.h"
 #include "cworkbenchwindow.h"
 
@@ -53,7 +54,7 @@ private:
 ptz_devices::CSimulatedCamera *TestWorkbenchWindow::dome() const
 {
     return qobject_cast<ptz_devices::CSimulatedCamera *>(
-        Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetDriver(
+        ZephPluginManager::CDriverTestAccess::GetDriver(
             QString::fromLatin1(site_store::demo::kSpeedDome)));
 }
 

@@ -1,4 +1,5 @@
 #include "zeph_plugin_manager/ccameramanager.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 #include "zeph_plugin_manager/cstoredevicestatestore.h"
 
@@ -121,19 +122,19 @@ void TestCameraManager::camerasFromStore()
     QVERIFY(camera->HasAbility(1));
 
     // Each camera gets its own driver from the factory, for its model.
-    ptz_devices::IPtzDriver *driver = camera->GetDriver();
+    ptz_devices::IPtzDriver *driver = ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromStdString(camera->GetID()));
     QVERIFY2(driver, qPrintable(camera->DriverError()));
     QCOMPARE(driver->cameraId(), id);
     QCOMPARE(driver->capabilities().model, camera->GetModel());
     QCOMPARE(driver->capabilities().fishEye, fishEye);
-    QCOMPARE(mgr->GetDriver(id), driver);
+    QCOMPARE(ZephPluginManager::CDriverTestAccess::GetDriver(id), driver);
 }
 
 void TestCameraManager::unknownCameraIsEmpty()
 {
     QVERIFY(!CCameraManager::Instance()->GetCameraByID(std::string("nope")));
     QVERIFY(!CCameraManager::Instance()->GetCameraByID(std::string()));
-    QVERIFY(!CCameraManager::Instance()->GetDriver(QStringLiteral("nope")));
+    QVERIFY(!ZephPluginManager::CDriverTestAccess::GetDriver(QStringLiteral("nope")));
 }
 
 void TestCameraManager::unknownDriverKindLeavesCameraWithoutDriver()
@@ -146,7 +147,7 @@ void TestCameraManager::unknownDriverKindLeavesCameraWithoutDriver()
     QVERIFY(CSiteStore::Current()->upsertCamera(r));
     const auto camera = CCameraManager::Instance()->GetCameraByID(std::string("odd"));
     QVERIFY(camera);
-    QVERIFY(!camera->GetDriver());
+    QVERIFY(!camera->HasDriver());
     QVERIFY(!camera->DriverError().isEmpty());
 }
 
@@ -154,7 +155,7 @@ void TestCameraManager::followsCameraTableChanges()
 {
     CCameraManager *mgr = CCameraManager::Instance();
     const auto before = mgr->GetCameraByID(QString::fromLatin1(demo::kBoxZoom));
-    ptz_devices::IPtzDriver *driver = before->GetDriver();
+    ptz_devices::IPtzDriver *driver = ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromStdString(before->GetID()));
     QSignalSpy spy(mgr, &CCameraManager::SignalCamerasChanged);
 
     // A rename keeps the running driver.
@@ -164,14 +165,15 @@ void TestCameraManager::followsCameraTableChanges()
     QVERIFY(spy.count() >= 1);
     const auto after = mgr->GetCameraByID(QString::fromLatin1(demo::kBoxZoom));
     QCOMPARE(after->GetName(), QStringLiteral("Renamed"));
-    QCOMPARE(after->GetDriver(), driver);
+    QCOMPARE(ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromStdString(after->GetID())), driver);
 
     // A new model means a new driver.
     record.model = QStringLiteral("speed-dome");
     QVERIFY(CSiteStore::Current()->upsertCamera(record));
     const auto remodelled = mgr->GetCameraByID(QString::fromLatin1(demo::kBoxZoom));
-    QVERIFY(remodelled->GetDriver());
-    QCOMPARE(remodelled->GetDriver()->capabilities().model, QStringLiteral("speed-dome"));
+    QVERIFY(remodelled->HasDriver());
+    QCOMPARE(ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromLatin1(demo::kBoxZoom))->capabilities().model,
+             QStringLiteral("speed-dome"));
 
     QVERIFY(CSiteStore::Current()->removeCamera(QString::fromLatin1(demo::kBoxZoom)));
     QVERIFY(!mgr->GetCameraByID(QString::fromLatin1(demo::kBoxZoom)));
@@ -192,7 +194,7 @@ void TestCameraManager::followsStoreReplacement()
 void TestCameraManager::driverStateSurvivesRestart()
 {
     const QString id = QString::fromLatin1(demo::kSpeedDome);
-    ptz_devices::IPtzDriver *driver = CCameraManager::Instance()->GetDriver(id);
+    ptz_devices::IPtzDriver *driver = ZephPluginManager::CDriverTestAccess::GetDriver(id);
     QVERIFY(driver);
     QVERIFY(answer(driver, driver->setPreset(7, QStringLiteral("Gate"))).ok);
     QVERIFY(!CSiteStore::Current()->deviceState(id, QStringLiteral("presets")).isEmpty());
@@ -200,7 +202,7 @@ void TestCameraManager::driverStateSurvivesRestart()
     // A new process: fresh store object on the same file, fresh drivers.
     CCameraManager::Instance()->Clear();
     CSiteStore::InstallCurrent(CSiteStore::Open(storePath()));
-    driver = CCameraManager::Instance()->GetDriver(id);
+    driver = ZephPluginManager::CDriverTestAccess::GetDriver(id);
     QVERIFY(driver);
     const auto listed = answer(driver, driver->listPresets());
     QVERIFY(listed.ok);
@@ -222,7 +224,7 @@ void TestCameraManager::devicePresetsAndPatrolsFromLastAnswers()
     namespace pp = ptz_plugin_protocol;
     const QString id = QString::fromLatin1(demo::kSpeedDome);
     const std::string sid = id.toStdString();
-    ptz_devices::IPtzDriver *driver = CCameraManager::Instance()->GetDriver(id);
+    ptz_devices::IPtzDriver *driver = ZephPluginManager::CDriverTestAccess::GetDriver(id);
     QVERIFY(driver);
     CPTZBusinessInterfaceMgr *biz = CPTZBusinessInterfaceMgr::Instance();
 

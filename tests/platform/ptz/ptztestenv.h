@@ -8,6 +8,7 @@
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
 #include "zeph_plugin_manager/ccameramanager.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
 #include <QCoreApplication>
@@ -52,7 +53,7 @@ public:
 
     ptz_devices::CSimulatedCamera *camera(const char *id) const
     {
-        return qobject_cast<ptz_devices::CSimulatedCamera *>(manager()->GetDriver(QString::fromLatin1(id)));
+        return qobject_cast<ptz_devices::CSimulatedCamera *>(ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromLatin1(id)));
     }
     ptz_devices::CSimClock *clock() const { return m_clock; }
 
