@@ -3,6 +3,7 @@
 #include "direction/cpathwithstatus.h"
 #include "direction/cptzgraphicsview.h"
 
+#include "quillon/cguitoolkit.h"
 #include "vs_ui_data_controller/cvsstylemanager.h"
 
 #include <QEnterEvent>
@@ -10,7 +11,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmapCache>
-#include <QSvgRenderer>
 #include <QtMath>
 
 namespace PreviewPTZControl {
@@ -493,24 +493,19 @@ const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr, bool 
         return m_pixmapCache.insert(key, shared).value();
     }
 
-    const QSize device = (QSizeF(rect.size()) * dpr).toSize();
-    QImage image(device, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    {
-        QSvgRenderer renderer(file);
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(device)));
+    QPixmap pixmap = Quillon::CGUIToolkit::GetPixmapFromSvg(file, rect.size(), dpr);
+    if (pixmap.isNull()) {
+        return kNone;
     }
-    QPixmap pixmap = QPixmap::fromImage(image);
     if (qAbs(angle) >= 0.0001) {
+        const QSize device = pixmap.size();
         QTransform matrix;
         matrix.rotate(angle);
         pixmap = pixmap.transformed(matrix, Qt::SmoothTransformation);
         // The rotated picture is drawn into the same rectangle; scale once here, not per paint.
         pixmap = pixmap.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        pixmap.setDevicePixelRatio(dpr);
     }
-    pixmap.setDevicePixelRatio(dpr);
     QPixmapCache::insert(QLatin1String("ptzcloud|") + key, pixmap);
     return m_pixmapCache.insert(key, pixmap).value();
 }
@@ -542,8 +537,9 @@ const QPixmap &CPTZCloud::StaticLayer(qreal dpr, bool white)
         painter.translate(centre);
         painter.setPen(Qt::NoPen);
         const int h = m_iPadSize / 2;
-        QSvgRenderer background(backgroundImage(white));
-        background.render(&painter, QRectF(-h, -h, m_iPadSize, m_iPadSize));
+        painter.drawPixmap(QPointF(-h, -h),
+                           Quillon::CGUIToolkit::GetPixmapFromSvg(backgroundImage(white),
+                                                                  QSize(m_iPadSize, m_iPadSize), dpr));
         painter.setBrush(cross);
         painter.drawPath(m_pCross->path);
         painter.setBrush(diagonal);

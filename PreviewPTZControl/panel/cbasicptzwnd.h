@@ -44,7 +44,7 @@ public slots:
     virtual void OnInterruptPatrolLocked(bool b_lock);
     virtual void OnGetLockStatus();
     virtual void OnSyncPresetsSuc(const QString &camera_index_code);
-    virtual void OnSyncPresetsFailed(const QString &error_info);
+    virtual void OnSyncPresetsFailed(const QString &camera_index_code);
     virtual void OnGetAllPatternsSuc(const QString &camera_index_code, const QVector<int> &vec_patterns_no);
     virtual void OnGetAllPatternsFailed(const QString &camera_index_code);
 };

@@ -6,6 +6,7 @@
 
 #include "direction/cptzcloud.h"
 #include "panel/clockstripframe.h"
+#include "panel/cmousereleasewatcher.h"
 
 #include "quillon/cguitoolkit.h"
 #include "tarn/base/logging.h"
@@ -108,14 +109,17 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     ui_right_->m_pBtnLight->setChecked(false);
     ui_right_->m_pBtnWiper->setChecked(false);
 
-    light_status_timer_ = new QTimer;
-    wiper_status_timer_ = new QTimer;
-    lockStatusTimer = new QTimer;
-    lock_hold_timer_ = new QTimer;
+    light_status_timer_ = new QTimer(this);
+    wiper_status_timer_ = new QTimer(this);
+    lockStatusTimer = new QTimer(this);
+    lock_hold_timer_ = new QTimer(this);
     lock_hold_timer_->setSingleShot(true);
     connect(light_status_timer_, &QTimer::timeout, this, &CPreviewPTZWnd::OnUpdateLightOnStatus);
     connect(wiper_status_timer_, &QTimer::timeout, this, &CPreviewPTZWnd::OnUpdateWiperOnStatus);
     connect(lockStatusTimer, &QTimer::timeout, this, &CPreviewPTZWnd::OnCheckPTZLockStatus);
+
+    ptr_release_watcher_ = new CMouseReleaseWatcher(this);
+    connect(ptr_release_watcher_, &CMouseReleaseWatcher::SignalReleased, this, &CPreviewPTZWnd::OnHeldButtonReleased);
 
     ConnectSignalAndSlot();
 
@@ -146,10 +150,6 @@ CPreviewPTZWnd::~CPreviewPTZWnd()
     ReleaseHeldMotion();
     if (ptr_ptz_controller_)
         ConnectPTZControllerSingal(false);
-    delete light_status_timer_;
-    delete wiper_status_timer_;
-    delete lockStatusTimer;
-    delete lock_hold_timer_;
     delete ui_left_;
     delete ui_right_;
 }
@@ -297,8 +297,9 @@ void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &c
     if (owner_index_code == owner_index_code_ && camera_index_code == camera_index_code_)
         return;
 
-    // Whatever is held belongs to the previous binding: stop it before the camera changes.
+    // Whatever is held or awaited belongs to the previous binding: settle it before the camera changes.
     ReleaseHeldMotion();
+    FinishUpdatePtz();
 
     auto *config = Config();
     if (camera_index_code.isEmpty()) {
@@ -411,6 +412,7 @@ void CPreviewPTZWnd::StopWork()
         lockStatusTimer->stop();
     if (ptr_ptz_get_controller_)
         ptr_ptz_get_controller_->StopGettingData();
+    FinishUpdatePtz();
 }
 
 bool CPreviewPTZWnd::IsWorking() const

@@ -34,6 +34,8 @@ class CScrollArea;
 
 namespace PreviewPTZControl {
 
+class CMouseReleaseWatcher;
+
 // presets
 class CPresetTableModel;
 class CSortPresetFilterModel;
@@ -165,7 +167,7 @@ public slots:
     void OnGetPTZLockStatusFailed(const QString &camera_index_code, const QString &error_info) override;
     void OnGetLockStatus() override;
     void OnSyncPresetsSuc(const QString &camera_index_code) override;
-    void OnSyncPresetsFailed(const QString &error_info) override;
+    void OnSyncPresetsFailed(const QString &camera_index_code) override;
     void OnGetAllPatternsSuc(const QString &camera_index_code, const QVector<int> &vec_patterns_no) override;
     void OnGetAllPatternsFailed(const QString &camera_index_code) override;
 
@@ -217,8 +219,12 @@ private:
     void ExecutePTZControl(const PTZControlParam &param);
     int GetPTZCommandBySection(int section) const;
     int GetCommandByObject(QObject *object) const;
-    void SendMotion(int command, bool b_stop);
+    void SendMotion(int command, bool b_stop, Qt::MouseButton button = Qt::LeftButton);
     void ReleaseHeldMotion();
+    void StopHeldMotion(int stop_command);
+    void OnHeldButtonReleased();
+    void FinishUpdatePtz();
+    void ReadBackAuxiliaryState(const QString &camera_index_code, int command);
     void UpdateLightState(bool on);
     void UpdateWiperState(bool on);
     void UpdateZoomPannelState(bool large);
@@ -325,8 +331,14 @@ private:
         bool software = false;
         QString owner_index_code;
         QString camera_index_code;
+        Qt::MouseButton button = Qt::LeftButton; // whose release ends the motion
+        quint64 serial = 0;
     };
     HeldMotion held_motion_;
+    quint64 held_serial_ = 0;
+    CMouseReleaseWatcher *ptr_release_watcher_ = nullptr; // child of the panel
+    // "Update PTZ" was pressed and its answer has not come yet.
+    bool b_update_ptz_pending_ = false;
 
     QMap<QString, bool> lockedByCamera;
     int remembered_patrol_no_ = 1;

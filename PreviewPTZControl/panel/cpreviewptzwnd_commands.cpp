@@ -5,6 +5,7 @@
 #include "ui_cptzpanelright.h"
 
 #include "direction/cptzcloud.h"
+#include "panel/cmousereleasewatcher.h"
 
 #include "quillon/cguitoolkit.h"
 #include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
@@ -13,6 +14,7 @@
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
 #include <QEvent>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
 
@@ -102,25 +104,20 @@ int CPreviewPTZWnd::GetCommandByObject(QObject *object) const
     return -1;
 }
 
-// A press starts and the matching release stops the same command; the panel remembers what
-// it started so that a lost release (hidden, rebound, stopped, deactivated) still stops it once.
-void CPreviewPTZWnd::SendMotion(int command, bool b_stop)
+// A press starts and a release stops; the panel remembers what it started so that the stop
+// reaches the camera exactly once, whether the release lands on the pressed control, on
+// another one, off the panel, or never comes (hidden, rebound, stopped, deactivated).
+void CPreviewPTZWnd::SendMotion(int command, bool b_stop, Qt::MouseButton button)
 {
     if (command < 0)
         return;
     if (b_stop) {
-        if (held_motion_.command != command)
+        const int held = held_motion_.command;
+        if (held < 0 || IsMoveCommand(command) != IsMoveCommand(held))
             return;
-        const HeldMotion held = held_motion_;
-        held_motion_ = HeldMotion();
-        if (held.software) {
-            if (ptr_software_controller_)
-                ptr_software_controller_->Control(static_cast<unsigned>(command), true,
-                                                  ui_left_->ptr_speed_slider_->value());
-        } else {
-            ExecutePTZControl(PTZControlParam(held.camera_index_code, static_cast<quint32>(command), PTZ_ACTION_STOP,
-                                              b_command_extra_));
-        }
+        // Every direction of the pad shares the pan/tilt axes, so the release may name the
+        // section under the cursor; zoom, focus and iris are separate axes and stop as held.
+        StopHeldMotion(IsMoveCommand(command) ? command : held);
         return;
     }
 
@@ -136,23 +133,54 @@ void CPreviewPTZWnd::SendMotion(int command, bool b_stop)
         ExecutePTZControl(
             PTZControlParam(camera_index_code_, static_cast<quint32>(command), PTZ_ACTION_START, b_command_extra_));
     }
-    if (IsHeldCommand(command))
-        held_motion_ = HeldMotion{command, b_software_ptz_, owner_index_code_, camera_index_code_};
+    if (!IsHeldCommand(command))
+        return;
+    held_motion_ = HeldMotion{command, b_software_ptz_, owner_index_code_, camera_index_code_, button, ++held_serial_};
+    ptr_release_watcher_->Watch(button);
+}
+
+void CPreviewPTZWnd::StopHeldMotion(int stop_command)
+{
+    const HeldMotion held = held_motion_;
+    held_motion_ = HeldMotion();
+    ptr_release_watcher_->Stop();
+    if (held.software) {
+        if (ptr_software_controller_)
+            ptr_software_controller_->Control(static_cast<unsigned>(stop_command), true,
+                                              ui_left_->ptr_speed_slider_->value());
+        return;
+    }
+    ExecutePTZControl(
+        PTZControlParam(held.camera_index_code, static_cast<quint32>(stop_command), PTZ_ACTION_STOP, b_command_extra_));
 }
 
 void CPreviewPTZWnd::ReleaseHeldMotion()
 {
     if (held_motion_.command >= 0)
-        SendMotion(held_motion_.command, true);
+        StopHeldMotion(held_motion_.command);
 }
 
-void CPreviewPTZWnd::OnPressSection(QMouseEvent *, int section)
+// The button went up somewhere. The pad reports a release over an arrow or off the pad, but
+// none over its centre, and a release may reach another widget altogether: once this event has
+// been handled everywhere, a motion still held from the same press is stopped here.
+void CPreviewPTZWnd::OnHeldButtonReleased()
+{
+    if (held_motion_.command < 0)
+        return;
+    const quint64 serial = held_motion_.serial;
+    QTimer::singleShot(0, this, [this, serial] {
+        if (held_motion_.command >= 0 && held_motion_.serial == serial)
+            ReleaseHeldMotion();
+    });
+}
+
+void CPreviewPTZWnd::OnPressSection(QMouseEvent *event, int section)
 {
     if (section == CPTZCloud::Center) {
         OnAutoScanToggled(camera_index_code_, true, true);
         return;
     }
-    SendMotion(GetPTZCommandBySection(section), false);
+    SendMotion(GetPTZCommandBySection(section), false, event ? event->button() : Qt::LeftButton);
 }
 
 void CPreviewPTZWnd::OnReleaseSection(QMouseEvent *, int section)
@@ -190,7 +218,7 @@ bool CPreviewPTZWnd::eventFilter(QObject *watched, QEvent *event)
     if (lens_button && panel_kind_ != 0) {
         switch (event->type()) {
         case QEvent::MouseButtonPress:
-            SendMotion(GetCommandByObject(watched), false);
+            SendMotion(GetCommandByObject(watched), false, static_cast<QMouseEvent *>(event)->button());
             break;
         case QEvent::MouseButtonRelease: {
             // A zoom button disabled while held still owes its stop.
@@ -247,11 +275,8 @@ void CPreviewPTZWnd::changeEvent(QEvent *event)
 
 void CPreviewPTZWnd::OnLight(bool checked)
 {
-    if (!checked) {
-        light_status_timer_->stop();
-        b_light_blink_ = false;
+    if (!checked)
         UpdateLightState(false);
-    }
     ExecutePTZControl(PTZControlParam(camera_index_code_, PTZ_CMD_LIGHT, checked ? PTZ_ACTION_START : PTZ_ACTION_STOP,
                                       b_command_extra_));
 }
@@ -259,11 +284,8 @@ void CPreviewPTZWnd::OnLight(bool checked)
 void CPreviewPTZWnd::OnWiper(bool checked)
 {
     StateStorage()->SetWiper(camera_index_code_, checked);
-    if (!checked) {
-        wiper_status_timer_->stop();
-        b_wiper_blink_ = false;
+    if (!checked)
         UpdateWiperState(false);
-    }
     ExecutePTZControl(PTZControlParam(camera_index_code_, PTZ_CMD_WIPER, checked ? PTZ_ACTION_START : PTZ_ACTION_STOP,
                                       b_command_extra_));
 }
@@ -362,9 +384,9 @@ void CPreviewPTZWnd::StopAutoScan(const QString &owner_index_code, const QString
         storage->SetAutoScan(camera_index_code, false, b_software_ptz_);
     if (camera_index_code == camera_index_code_)
         ui_left_->ptr_cloud_->SetSectionChecked(CPTZCloud::Center, false);
-    if (b_send)
-        ExecutePTZControl(
-            PTZControlParam(owner_index_code, camera_index_code, PTZ_CMD_AUTO_PAN, PTZ_ACTION_STOP, b_command_extra_));
+    // A stop only recorded here takes the same path and is skipped there.
+    ExecutePTZControl(PTZControlParam(owner_index_code, camera_index_code, PTZ_CMD_AUTO_PAN, PTZ_ACTION_STOP,
+                                      !b_send || b_command_extra_));
 }
 
 void CPreviewPTZWnd::OnPTZControlSuccess(const QString &, const QString &camera_index_code,
@@ -420,19 +442,21 @@ void CPreviewPTZWnd::OnPTZControlSuccess(const QString &, const QString &camera_
     OnPatternControlSuccess(static_cast<int>(command.command));
 }
 
+// The controller raises the camera's error text itself (forwarded once by the panel); here the
+// buttons only go back to what the camera has.
 void CPreviewPTZWnd::OnPTZControlFailed(const QString &, const QString &camera_index_code, int, int command)
 {
     auto *storage = StateStorage();
     switch (command) {
     case PTZ_CMD_WIPER:
-        storage->SetWiper(camera_index_code, false);
-        if (camera_index_code == camera_index_code_)
-            UpdateWiperState(false);
-        break;
     case PTZ_CMD_LIGHT:
-        storage->SetLight(camera_index_code, false);
-        if (camera_index_code == camera_index_code_)
-            UpdateLightState(false);
+        ReadBackAuxiliaryState(camera_index_code, command);
+        if (camera_index_code != camera_index_code_)
+            break;
+        if (command == PTZ_CMD_LIGHT)
+            UpdateLightState(storage->IsLight(camera_index_code));
+        else
+            UpdateWiperState(storage->IsWiper(camera_index_code));
         break;
     case PTZ_CMD_AUTO_PAN:
         if (camera_index_code == camera_index_code_)
@@ -527,14 +551,38 @@ void CPreviewPTZWnd::UpdateAutoPanWorkState(bool running)
     ui_left_->ptr_cloud_->SetSectionChecked(CPTZCloud::Center, running);
 }
 
+// A failed switch says nothing certain about the camera: it may have switched or not. The
+// shared state takes what the camera last reported, for every panel of the camera; without a
+// report the failed one falls back to off.
+void CPreviewPTZWnd::ReadBackAuxiliaryState(const QString &camera_index_code, int command)
+{
+    if (zeph_ptz_controller::CPTZGetController::ReadAuxiliaryState(camera_index_code))
+        return;
+    if (command == PTZ_CMD_LIGHT)
+        StateStorage()->SetLight(camera_index_code, false);
+    else
+        StateStorage()->SetWiper(camera_index_code, false);
+}
+
 void CPreviewPTZWnd::OnUpdatePtzBtnClicked()
 {
     if (camera_index_code_.isEmpty() || !ptr_ptz_get_controller_)
         return;
     // Fetch the camera's presets again; the button stays off until the answer arrives.
+    b_update_ptz_pending_ = true;
     ptr_update_ptz_btn_->setEnabled(false);
     emit SignalUpdatePtzInfoEnabled(false);
     ptr_ptz_get_controller_->SyncPresetsFromDevice(camera_index_code_);
+}
+
+// The host's update button follows ours: whatever ends the wait (answer, rebinding, stop) gives it back once.
+void CPreviewPTZWnd::FinishUpdatePtz()
+{
+    if (!b_update_ptz_pending_)
+        return;
+    b_update_ptz_pending_ = false;
+    ptr_update_ptz_btn_->setEnabled(IsWorking());
+    emit SignalUpdatePtzInfoEnabled(true);
 }
 
 void CPreviewPTZWnd::OnParkActionBtnClicked() {}

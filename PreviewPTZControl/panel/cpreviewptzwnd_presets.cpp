@@ -165,20 +165,20 @@ void CPreviewPTZWnd::OnGetPresetFailed(const QString &camera_index_code, const Q
 
 void CPreviewPTZWnd::OnSyncPresetsSuc(const QString &camera_index_code)
 {
-    ptr_update_ptz_btn_->setEnabled(IsWorking());
-    emit SignalUpdatePtzInfoEnabled(true);
+    FinishUpdatePtz();
     if (camera_index_code != camera_index_code_)
         return;
     OnGetPresetSuc(camera_index_code);
     emit SignalMessageTipNeeded(tr("Corvo-ControlClient.GetPtzConfigurationSuccess.msg"), 3);
 }
 
-void CPreviewPTZWnd::OnSyncPresetsFailed(const QString &error_info)
+void CPreviewPTZWnd::OnSyncPresetsFailed(const QString &camera_index_code)
 {
-    ptr_update_ptz_btn_->setEnabled(IsWorking());
-    emit SignalUpdatePtzInfoEnabled(true);
-    if (!error_info.isEmpty())
-        emit SignalMessageTipNeeded(error_info, 0);
+    FinishUpdatePtz();
+    // The signal names the camera; the camera's own words are kept by the getter.
+    const QString error = ptr_ptz_get_controller_->LastErrorText(camera_index_code);
+    if (!error.isEmpty())
+        emit SignalMessageTipNeeded(error, 0);
 }
 
 PresetInfo CPreviewPTZWnd::PresetOfRow(const QModelIndex &index) const
@@ -424,7 +424,7 @@ void CPreviewPTZWnd::OnPresetControlFinish(const ptz_plugin_protocol::PresetCont
             }
         } else if (request.operation == "SetPreset") {
             emit SignalMessageTipNeeded(error, 2);
-        } else if (request.operation == "DelPreset") {
+        } else {
             emit SignalMessageTipNeeded(error, 0);
         }
     }

@@ -1,5 +1,6 @@
 #include "zeph_ptz_controller/cptzgetcontroller.h"
 
+#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
 #include "ptz_devices/iptzdriver.h"
@@ -7,6 +8,7 @@
 #include "tarn/base/logging.h"
 #include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
+#include <QHash>
 #include <QMap>
 #include <QPair>
 #include <QPointer>
@@ -50,6 +52,7 @@ struct CPTZGetController::Private
     QSet<const QObject *> connected;
     quint64 generation = 1;
     int later = 0;
+    QHash<QString, QString> last_error;
 };
 
 namespace {
@@ -125,6 +128,23 @@ QString CPTZGetController::GetCamera() const
 int CPTZGetController::PendingQueryCount() const
 {
     return d->pending.size() + d->later;
+}
+
+bool CPTZGetController::ReadAuxiliaryState(const QString &camera_index_code)
+{
+    IPtzDriver *driver = detail::DriverForCamera(camera_index_code, nullptr);
+    if (!driver || !driver->isConnected())
+        return false;
+    const ptz_devices::DeviceStatus status = driver->status();
+    CPTZStateStorageManager *storage = CPTZStateStorageManager::Instance();
+    storage->SetLight(camera_index_code, status.light);
+    storage->SetWiper(camera_index_code, status.wiper);
+    return true;
+}
+
+QString CPTZGetController::LastErrorText(const QString &camera_index_code) const
+{
+    return d->last_error.value(camera_index_code);
 }
 
 void CPTZGetController::StopGettingData()
@@ -426,8 +446,10 @@ void CPTZGetController::Complete(const std::shared_ptr<Query> &query)
     if (query->generation != d->generation)
         return;
     const QString &camera = query->camera;
-    if (!query->ok)
+    if (!query->ok) {
         ZEPH_LOG_WARN("query for %s failed: %s", qUtf8Printable(camera), qUtf8Printable(query->error));
+        d->last_error.insert(camera, query->error);
+    }
     switch (query->kind) {
     case Query::Presets:
         if (query->ok)

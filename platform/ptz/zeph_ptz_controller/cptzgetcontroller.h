@@ -88,6 +88,14 @@ public:
     void StartGetPTZLockStatus(const QString &camera_index_code);
     bool GetPTZLockStatus(const QString &camera_index_code, ptz_plugin_protocol::PTZLockStatusResponse &status);
 
+    // Light and wiper as the camera last reported them, copied into the shared
+    // state storage (CPTZStateStorageManager) for every panel of the camera.
+    // Synchronous; false when the camera cannot be reached.
+    static bool ReadAuxiliaryState(const QString &camera_index_code);
+    // Error text of this getter's last failed query for the camera (empty if none failed);
+    // for the signals that name only the camera (SignalSyncPresetsFailed).
+    QString LastErrorText(const QString &camera_index_code) const;
+
     void StopGettingData();
     // Forgets every list and status read so far (all getters share them);
     // for a switch of the site store and for tests.
