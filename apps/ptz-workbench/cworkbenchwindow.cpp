@@ -5,6 +5,7 @@
 
 #include "boundary/cpreviewptzwndmanager.h"
 #include "boundary/themename.h"
+#include "direction/cptzcloud.h"
 #include "panel/cpreviewptzwnd.h"
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
@@ -225,6 +226,7 @@ void CWorkbenchWindow::SetScreenCount(int count)
         return;
     while (m_views.size() > count) {
         const int screen = m_views.size() - 1;
+        StopHeldKeys(screen);
         CPreviewPTZWnd *panel = m_panelList.takeLast();
         panel->StopWork();
         Registry()->RemovePreviewPTZWnd(unsigned(screen));
@@ -329,8 +331,7 @@ void CWorkbenchWindow::CloseScreen(int screen)
 {
     if (screen < 0 || screen >= m_views.size())
         return;
-    if (screen == m_selected)
-        StopHeldKeys();
+    StopHeldKeys(screen);
     m_views.at(screen)->SetPictureAction(0);
     m_views.at(screen)->SetCamera(QString(), QString(), nullptr, false);
     m_panelList.at(screen)->StopWork();
@@ -473,43 +474,84 @@ int CWorkbenchWindow::CommandForKey(int key, Qt::KeyboardModifiers modifiers)
     }
 }
 
+bool CWorkbenchWindow::PanelOffers(int screen, int command) const
+{
+    const CPreviewPTZWnd *panel = Panel(screen);
+    if (!panel || !panel->IsWorking() || !panel->isEnabled())
+        return false;
+    if (command == ptz_plugin_protocol::PTZ_CMD_ZOOM_IN || command == ptz_plugin_protocol::PTZ_CMD_ZOOM_OUT) {
+        const QString name = command == ptz_plugin_protocol::PTZ_CMD_ZOOM_IN ? QStringLiteral("pZoomInBtn")
+                                                                             : QStringLiteral("pZoomOutBtn");
+        const QWidget *button = panel->findChild<QWidget *>(name);
+        if (!button)
+            button = panel->findChild<QWidget *>(PreviewPTZControl::WhiteObjectName(name));
+        return button && button->isEnabled();
+    }
+    // The pad is laid out like a keypad: 21 up is section 2, 25 up-left section 1, and so on.
+    static const QHash<int, int> kSections{{21, 2}, {22, 8}, {23, 4}, {24, 6}, {25, 1}, {26, 3}, {27, 7}, {28, 9}};
+    const auto *pad = panel->findChild<PreviewPTZControl::CPTZCloud *>();
+    constexpr int kDisabled = 4;
+    return pad && pad->isEnabled() && kSections.contains(command)
+           && pad->sectionStatus(kSections.value(command)) >= 0
+           && pad->sectionStatus(kSections.value(command)) != kDisabled;
+}
+
 bool CWorkbenchWindow::SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool press)
 {
     if (press) {
         const int command = CommandForKey(key, modifiers);
-        if (command == 0 || m_heldKeys.contains(key) || !View(m_selected) || View(m_selected)->CameraId().isEmpty())
+        if (command == 0 || m_heldKeys.contains(key) || !View(m_selected) || View(m_selected)->CameraId().isEmpty()
+            || !PanelOffers(m_selected, command))
             return command != 0;
-        m_heldCamera = View(m_selected)->CameraId();
-        m_heldKeys.insert(key, command);
-        SendCommand(command, 0);
+        const HeldKey held{command, View(m_selected)->CameraId(), m_selected, ++m_keyPresses};
+        m_heldKeys.insert(key, held);
+        SendCommand(held, 0);
         return true;
     }
     if (!m_heldKeys.contains(key))
         return false;
-    SendCommand(m_heldKeys.take(key), 1);
+    const HeldKey released = m_heldKeys.take(key);
+    SendCommand(released, 1);
+    // The stop may end more of the camera's motion than this key started: the latest key still
+    // held on it for pan/tilt, and for zoom, starts again.
+    auto isZoom = [](int command) { return command == 11 || command == 12; };
+    const HeldKey *latest[2] = {nullptr, nullptr};
+    for (const HeldKey &other : qAsConst(m_heldKeys)) {
+        const HeldKey *&slot = latest[isZoom(other.command) ? 1 : 0];
+        if (other.camera == released.camera && (!slot || other.order > slot->order))
+            slot = &other;
+    }
+    for (const HeldKey *other : latest)
+        if (other)
+            SendCommand(*other, 0);
     return true;
 }
 
-void CWorkbenchWindow::SendCommand(int command, int action)
+void CWorkbenchWindow::SendCommand(const HeldKey &held, int action)
 {
     ptz_plugin_protocol::PTZControlCommand cmd;
-    cmd.camera_index_code = m_heldCamera.toStdString();
+    cmd.camera_index_code = held.camera.toStdString();
     cmd.owner_index_code =
         Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName().toStdString();
-    cmd.command = uint32_t(command);
+    cmd.command = uint32_t(held.command);
     cmd.action = uint32_t(action);
-    // The same speed as the pad: the selected panel's slider.
-    const QSlider *slider = Panel(m_selected) ? Panel(m_selected)->findChild<QSlider *>() : nullptr;
+    // The same speed as the pad: the slider of the panel the key started on.
+    const QSlider *slider = Panel(held.screen) ? Panel(held.screen)->findChild<QSlider *>() : nullptr;
     cmd.speed = slider ? slider->value() : 20;
     cmd.extra = 0;
     m_controller->Control(cmd);
 }
 
-void CWorkbenchWindow::StopHeldKeys()
+void CWorkbenchWindow::StopHeldKeys(int screen)
 {
-    const QList<int> keys = m_heldKeys.keys();
-    for (int key : keys)
-        SendCommand(m_heldKeys.take(key), 1);
+    for (auto it = m_heldKeys.begin(); it != m_heldKeys.end();) {
+        if (screen >= 0 && it->screen != screen) {
+            ++it;
+            continue;
+        }
+        SendCommand(*it, 1);
+        it = m_heldKeys.erase(it);
+    }
 }
 
 bool CWorkbenchWindow::eventFilter(QObject *watched, QEvent *event)

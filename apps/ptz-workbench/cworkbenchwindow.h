@@ -52,7 +52,12 @@ public:
     // PTZ command a key steers with while held (21-28 moves, 11/12 zoom), or 0.
     static int CommandForKey(int key, Qt::KeyboardModifiers modifiers);
     // Starts (press) or stops (release) the command of a key on the selected screen's camera.
+    // A key whose pad section or zoom button is disabled sends nothing. Each held key keeps the
+    // camera and screen it started on, so its release stops that camera, wherever the selection is.
     bool SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool press);
+    // Whether the screen's panel offers the command now (pad section or zoom button enabled).
+    bool PanelOffers(int screen, int command) const;
+    int HeldKeyCount() const { return m_heldKeys.size(); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -66,8 +71,16 @@ private:
     void FillCameraList();
     void LayoutGrid();
     void PlaceToasts();
-    void SendCommand(int command, int action);
-    void StopHeldKeys();
+    struct HeldKey
+    {
+        int command = 0;
+        QString camera;
+        int screen = 0;
+        quint64 order = 0; // press order, to resume the latest key still held
+    };
+    void SendCommand(const HeldKey &held, int action);
+    // Stops the keys held on a screen, or all of them.
+    void StopHeldKeys(int screen = -1);
     void OnFunctionEnabled(int screen, int function, bool enabled);
 
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> m_controller;
@@ -81,6 +94,6 @@ private:
     bool m_white = false;
     bool m_stacked = false;
     QPointer<QTranslator> m_rawKeys;
-    QHash<int, int> m_heldKeys; // key -> command started by it
-    QString m_heldCamera;
+    QHash<int, HeldKey> m_heldKeys; // key -> what it started
+    quint64 m_keyPresses = 0;
 };
