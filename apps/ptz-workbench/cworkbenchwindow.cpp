@@ -124,8 +124,8 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
 
     connect(m_cameraList, &QListWidget::itemDoubleClicked, this,
             [this](QListWidgetItem *item) { BindCamera(m_selected, item->data(Qt::UserRole).toString()); });
-    connect(m_controller.get(), &zeph_ptz_controller::CUniversalPTZController::SignalMessageTipNeeded, this,
-            &CWorkbenchWindow::ShowTip);
+    // The controller's messages reach the host through every panel (each forwards them): one
+    // failure arrives several times at once and ShowTip folds the copies into one toast.
 
     FillCameraList();
     BuildMenus();
@@ -397,10 +397,17 @@ void CWorkbenchWindow::ShowTip(const QString &text, int level)
 {
     if (text.isEmpty())
         return;
+    const QList<CToast *> shown = m_grid->findChildren<CToast *>(QString(), Qt::FindDirectChildrenOnly);
+    for (CToast *toast : shown) {
+        if (!toast->isHidden() && toast->Message() == text && toast->Level() == level) {
+            toast->Repeat();
+            PlaceToasts();
+            return;
+        }
+    }
     auto *toast = new CToast(text, level, m_grid);
     toast->setMaximumWidth(360);
     toast->adjustSize();
-    toast->Start();
     connect(toast, &QObject::destroyed, this, &CWorkbenchWindow::PlaceToasts, Qt::QueuedConnection);
     PlaceToasts();
 }

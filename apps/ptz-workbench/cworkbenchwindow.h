@@ -44,6 +44,8 @@ public:
     void ShowTip(const QString &text, int level);
 
     PreviewPTZControl::CPreviewPTZWnd *Panel(int screen) const;
+    // The controller shared by all screens.
+    zeph_ptz_controller::CUniversalPTZController *Controller() const { return m_controller.get(); }
     CLiveView *View(int screen) const;
 
     // The application style sheet of a theme: looks for the panel's dark or "_white_" object names.
