@@ -24,6 +24,7 @@
 #include <QActionGroup>
 #include <QFile>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
 #include <QApplication>
@@ -144,9 +145,13 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
             BindCamera(screen++, id);
     SelectScreen(0);
     SetWhiteTheme(false);
-    statusBar()->showMessage(
+    // A permanent widget: menu hints and notes use the temporary message and leave it alone.
+    auto *operatorLine = new QLabel(
         tr("Operator: %1. Double-click a camera or drag it onto a screen.")
-            .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()));
+            .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()),
+        this);
+    operatorLine->setObjectName(QStringLiteral("ptr_operator_line_"));
+    statusBar()->addPermanentWidget(operatorLine, 1);
 }
 
 CWorkbenchWindow::~CWorkbenchWindow()
@@ -227,6 +232,8 @@ void CWorkbenchWindow::SetScreenCount(int count)
     while (m_views.size() > count) {
         const int screen = m_views.size() - 1;
         StopHeldKeys(screen);
+        // Kept for when the screen comes back.
+        m_bindings[screen] = m_views.at(screen)->CameraId();
         CPreviewPTZWnd *panel = m_panelList.takeLast();
         panel->StopWork();
         Registry()->RemovePreviewPTZWnd(unsigned(screen));
@@ -257,6 +264,9 @@ void CWorkbenchWindow::SetScreenCount(int count)
         m_panelList.append(CreatePanel(screen));
     }
     LayoutGrid();
+    for (int screen = 0; screen < count; ++screen)
+        if (m_views.at(screen)->CameraId().isEmpty() && !m_bindings.value(screen).isEmpty())
+            BindCamera(screen, m_bindings.value(screen));
     SelectScreen(std::min(m_selected, count - 1));
 }
 
@@ -324,6 +334,7 @@ bool CWorkbenchWindow::BindCamera(int screen, const QString &cameraId)
     m_views.at(screen)->SetCamera(cameraId, camera->GetName(), camera->GetDriver(), camera->IsFishEye());
     const QString owner = Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName();
     m_panelList.at(screen)->SetCamera(owner, cameraId, false, false);
+    m_bindings[screen] = cameraId;
     return true;
 }
 
@@ -335,6 +346,7 @@ void CWorkbenchWindow::CloseScreen(int screen)
     m_views.at(screen)->SetPictureAction(0);
     m_views.at(screen)->SetCamera(QString(), QString(), nullptr, false);
     m_panelList.at(screen)->StopWork();
+    m_bindings[screen].clear();
 }
 
 void CWorkbenchWindow::SelectScreen(int screen)

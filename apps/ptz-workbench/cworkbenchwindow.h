@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QStatusBar>
 #include <QPointer>
 #include <QTranslator>
 #include <QVector>
@@ -42,6 +43,8 @@ public:
     // Shows translation keys instead of English texts (for translators); rebuilds the panels.
     void SetRawTranslationKeys(bool raw);
     void ShowTip(const QString &text, int level);
+    // A note in the status bar beside the operator line (until the next note or menu hint).
+    void ShowStatusNote(const QString &text) { statusBar()->showMessage(text); }
 
     PreviewPTZControl::CPreviewPTZWnd *Panel(int screen) const;
     // The controller shared by all screens.
@@ -96,6 +99,7 @@ private:
     bool m_white = false;
     bool m_stacked = false;
     QPointer<QTranslator> m_rawKeys;
+    QHash<int, QString> m_bindings; // screen -> camera, also of screens hidden by a smaller grid
     QHash<int, HeldKey> m_heldKeys; // key -> what it started
     quint64 m_keyPresses = 0;
 };

@@ -5,10 +5,13 @@
 #include "cworkbenchwindow.h"
 
 #include "boundary/previewptzcontroltranslator.h"
+#include "site_store/csitestore.h"
 #include "zeph_plugin_manager/chostsession.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -60,6 +63,10 @@ int main(int argc, char *argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ptz-workbench"));
+    // Opening the site makes a missing folder; the operator should know where it went.
+    const QString sitePath = site_store::CSiteStore::ResolvePath(app.arguments());
+    const QDir siteDir = QFileInfo(sitePath).absoluteDir();
+    const bool newSiteFolder = !sitePath.isEmpty() && !siteDir.exists();
     const ZephPluginManager::CHostSession::Result session = ZephPluginManager::CHostSession::Start(app.arguments());
     QString userError;
     if (!CWorkbenchSignIn::SignIn(options.user, &userError)) {
@@ -76,6 +83,9 @@ int main(int argc, char *argv[])
         window.SetWhiteTheme(options.white);
         window.resize(1400, 860);
         window.show();
+        if (newSiteFolder && siteDir.exists())
+            window.ShowStatusNote(QObject::tr("Created the folder %1 for the site file %2.")
+                                      .arg(QDir::toNativeSeparators(siteDir.absolutePath()), QFileInfo(sitePath).fileName()));
         for (const QString &message : session.messages)
             window.ShowTip(message, 2);
 
