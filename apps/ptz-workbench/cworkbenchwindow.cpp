@@ -151,7 +151,7 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
             .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()),
         this);
     operatorLine->setObjectName(QStringLiteral("ptr_operator_line_"));
-    statusBar()->addPermanentWidget(operatorLine, 1);
+    statusBar()->addPermanentWidget(operatorLine);
 }
 
 CWorkbenchWindow::~CWorkbenchWindow()
