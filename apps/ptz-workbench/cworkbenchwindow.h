@@ -31,6 +31,8 @@ public:
     explicit CWorkbenchWindow(QWidget *parent = nullptr);
     ~CWorkbenchWindow() override;
 
+    // The size the workbench opens with.
+    static QSize DefaultSize() { return QSize(1400, 860); }
     void SetScreenCount(int count); // 1, 4 or 9
     int ScreenCount() const { return m_views.size(); }
     bool BindCamera(int screen, const QString &cameraId);

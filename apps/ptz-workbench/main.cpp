@@ -81,7 +81,7 @@ int main(int argc, char *argv[])
         window.SetScreenCount(options.screens);
         window.SetStackedLayout(options.stacked);
         window.SetWhiteTheme(options.white);
-        window.resize(1400, 860);
+        window.resize(CWorkbenchWindow::DefaultSize());
         window.show();
         if (newSiteFolder && siteDir.exists())
             window.ShowStatusNote(QObject::tr("Created the folder %1 for the site file %2.")
