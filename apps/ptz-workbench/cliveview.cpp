@@ -154,7 +154,8 @@ void CLiveView::paintEvent(QPaintEvent *)
     }
     if (m_action != 0) {
         painter.setPen(QColor(255, 210, 80));
-        painter.drawText(rect().adjusted(8, 24, -8, -8), Qt::AlignHCenter | Qt::AlignTop,
+        // Wrapped: a nine-screen view is too narrow for the sentence on one line.
+        painter.drawText(rect().adjusted(8, 24, -8, -8), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
                          m_action == 1 ? tr("3D positioning: drag a box around the target")
                                        : tr("Click the target on the picture"));
     }

@@ -2,6 +2,7 @@
 #include "cworkbenchwindow.h"
 
 #include "panel/cpreviewptzwnd.h"
+#include "preset/cpresettablemodel.h"
 #include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "ptz_devices/csimclock.h"
@@ -12,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
+
 class TestWorkbenchLayout : public QObject
 {
     Q_OBJECT
@@ -19,6 +22,8 @@ private slots:
     void initTestCase();
     void panelFitsTheDefaultWindow_data();
     void panelFitsTheDefaultWindow();
+    void presetRowIconsStandOut_data();
+    void presetRowIconsStandOut();
 
 private:
     QTemporaryDir m_dir;
@@ -83,6 +88,57 @@ void TestWorkbenchLayout::panelFitsTheDefaultWindow()
             QVERIFY2(tabs->rect().contains(last), "the last tab is cut off");
         }
     }
+}
+
+namespace {
+double Luminance(const QColor &c)
+{
+    auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
+}
+double Contrast(const QColor &a, const QColor &b)
+{
+    const double la = Luminance(a), lb = Luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+// The darkest or lightest opaque pixel of an icon, whichever stands further from the background.
+QColor InkOf(const QPixmap &pixmap, const QColor &background)
+{
+    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    QColor best = background;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = QColor::fromRgba(image.pixel(x, y));
+            if (c.alpha() > 200 && Contrast(c, background) > Contrast(best, background))
+                best = c;
+        }
+    return best;
+}
+} // namespace
+
+void TestWorkbenchLayout::presetRowIconsStandOut_data()
+{
+    QTest::addColumn<bool>("white");
+    QTest::addColumn<QColor>("background");
+    QTest::newRow("dark") << false << QColor(0x23, 0x27, 0x2e);
+    QTest::newRow("white") << true << QColor(Qt::white);
+}
+
+void TestWorkbenchLayout::presetRowIconsStandOut()
+{
+    QFETCH(bool, white);
+    QFETCH(QColor, background);
+    CWorkbenchWindow window;
+    window.SetWhiteTheme(white);
+    auto *model = window.Panel(0)->findChild<PreviewPTZControl::CPresetTableModel *>();
+    QVERIFY(model);
+    const PreviewPTZControl::CPresetModelIcon &icons = model->GetIcons();
+    // The panel builds its preset list (and its icons) before the host switches it to white.
+    if (white)
+        QEXPECT_FAIL("", "preset icons are taken before the panel turns white", Abort);
+    for (const QPixmap &icon : {icons.GetStartPixmap(), icons.GetEditPixmap(), icons.GetDeletePixmap()})
+        QVERIFY2(Contrast(InkOf(icon, background), background) >= 3.0,
+                 qPrintable(QString::number(Contrast(InkOf(icon, background), background))));
 }
 
 QTEST_MAIN(TestWorkbenchLayout)
