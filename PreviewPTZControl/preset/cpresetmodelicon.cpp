@@ -23,14 +23,16 @@ CPresetModelIcon::CPresetModelIcon(double device_pixel_ratio, QObject *parent, b
 void CPresetModelIcon::SetPresetIcons()
 {
     ZEPH_LOG_INFO("DPR is %f", device_pixel_ratio_);
-    // The file names carry blanks; they are the resource names, not typos.
-    not_set_pixmap_ = Render(QStringLiteral(":/Images/PTZ/ic_unable preset point_nor.svg"), device_pixel_ratio_);
-    device_pixmap_ = Render(QStringLiteral(":/Images/PTZ/ic_device preset point_nor.svg"), device_pixel_ratio_);
-    virtual_pixmap_ = Render(QStringLiteral(":/Images/PTZ/ic_virtual preset point_nor.svg"), device_pixel_ratio_);
-    fisheye_pixmap_ = Render(QStringLiteral(":/Images/PTZ/ic_fisheye preset point_nor.svg"), device_pixel_ratio_);
-    start_pixmap_ = Render(QStringLiteral(":/Images/PTZ/common_start_nor.svg"), device_pixel_ratio_);
-    edit_pixmap_ = Render(QStringLiteral(":/Images/PTZ/common_edit_nor.svg"), device_pixel_ratio_);
-    delete_pixmap_ = Render(QStringLiteral(":/Images/PTZ/common_delete_nor.svg"), device_pixel_ratio_);
+    // The file names carry blanks; they are the resource names, not typos. The white theme has
+    // its own darker copies: the dark theme's light icons all but vanish on white rows.
+    const QString dir = white_theme_ ? QStringLiteral(":/Images/PTZWhite/") : QStringLiteral(":/Images/PTZ/");
+    not_set_pixmap_ = Render(dir + QStringLiteral("ic_unable preset point_nor.svg"), device_pixel_ratio_);
+    device_pixmap_ = Render(dir + QStringLiteral("ic_device preset point_nor.svg"), device_pixel_ratio_);
+    virtual_pixmap_ = Render(dir + QStringLiteral("ic_virtual preset point_nor.svg"), device_pixel_ratio_);
+    fisheye_pixmap_ = Render(dir + QStringLiteral("ic_fisheye preset point_nor.svg"), device_pixel_ratio_);
+    start_pixmap_ = Render(dir + QStringLiteral("common_start_nor.svg"), device_pixel_ratio_);
+    edit_pixmap_ = Render(dir + QStringLiteral("common_edit_nor.svg"), device_pixel_ratio_);
+    delete_pixmap_ = Render(dir + QStringLiteral("common_delete_nor.svg"), device_pixel_ratio_);
 }
 
 QPixmap CPresetModelIcon::GetPresetTypePixmap(int preset_type) const

@@ -19,6 +19,7 @@ constexpr int kPixelsPerDegree = 8;
 constexpr double kTiltTop = 45.0;     // degrees shown at the top of the panorama (above the tilt limit: the view's height)
 constexpr double kTiltBottom = -90.0; // and at its bottom
 constexpr double kFieldOfView = 60.0; // horizontal, at zoom 1
+const QColor kBackground(16, 18, 22);
 const char kCameraMime[] = "application/x-ptz-camera-id";
 
 QImage BuildPanorama()
@@ -133,10 +134,12 @@ void CLiveView::SetPictureAction(int function)
 void CLiveView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), QColor(16, 18, 22));
+    painter.fillRect(rect(), kBackground);
     if (m_cameraId.isEmpty()) {
         painter.setPen(QColor(140, 146, 156));
-        painter.drawText(rect(), Qt::AlignCenter, tr("Screen %1: drop a camera here").arg(m_screen + 1));
+        // Wrapped within the screen: narrow screens of a nine-screen grid sit side by side.
+        painter.drawText(rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,
+                         tr("Screen %1: drop a camera here").arg(m_screen + 1));
     } else if (m_fishEye) {
         PaintFishEye(painter, rect());
     } else {
@@ -148,7 +151,8 @@ void CLiveView::paintEvent(QPaintEvent *)
     }
     if (m_action != 0) {
         painter.setPen(QColor(255, 210, 80));
-        painter.drawText(rect().adjusted(8, 24, -8, -8), Qt::AlignHCenter | Qt::AlignTop,
+        // Wrapped: a nine-screen view is too narrow for the sentence on one line.
+        painter.drawText(rect().adjusted(8, 24, -8, -8), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
                          m_action == 1 ? tr("3D positioning: drag a box around the target")
                                        : tr("Click the target on the picture"));
     }
@@ -157,31 +161,66 @@ void CLiveView::paintEvent(QPaintEvent *)
     painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }
 
+QImage CLiveView::RenderScene(const ptz_devices::DeviceStatus &status, const QSize &size)
+{
+    QImage picture(size.expandedTo(QSize(1, 1)), QImage::Format_RGB32);
+    picture.fill(kBackground);
+    const QImage &pano = Panorama();
+    double srcW = kFieldOfView / std::max(1.0, status.zoom) * kPixelsPerDegree;
+    double srcH = srcW * picture.height() / picture.width();
+    // A view taller than the panorama at this zoom shows the panorama's full height instead.
+    if (srcH > pano.height()) {
+        srcH = pano.height();
+        srcW = srcH * picture.width() / picture.height();
+    }
+    const double cy = (kTiltTop - status.tilt) * kPixelsPerDegree;
+    const double top = std::clamp(cy - srcH / 2, 0.0, pano.height() - srcH);
+    // Pan wraps at 360 degrees: the crop may start before 0 or end after the seam.
+    const double width = pano.width();
+    double left = std::fmod(status.pan * kPixelsPerDegree - srcW / 2, width);
+    if (left < 0)
+        left += width;
+    const double scale = picture.width() / srcW;
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, status.zoom < 4);
+    for (double start = left, done = 0; done < srcW - 1e-6;) {
+        const double piece = std::min(srcW - done, width - start);
+        painter.drawImage(QRectF(done * scale, 0, piece * scale, picture.height()), pano,
+                          QRectF(start, top, piece, srcH));
+        done += piece;
+        start = 0;
+    }
+    painter.end();
+    return ApplyLens(picture, status.focus, status.iris);
+}
+
+QImage CLiveView::ApplyLens(const QImage &picture, double focus, double iris)
+{
+    // One-key focus and lens initialisation bring focus to 0.5 (sharp); the picture blurs
+    // further from it. Iris 0.5 is the normal exposure.
+    QImage out = picture;
+    const double blur = std::abs(focus - 0.5) * 2.0; // 0 sharp .. 1 far out
+    if (blur > 0.02) {
+        const int factor = 1 + int(std::lround(blur * 11));
+        const QImage small = picture.scaled(std::max(1, picture.width() / factor), std::max(1, picture.height() / factor),
+                                            Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        out = small.scaled(picture.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    if (std::abs(iris - 0.5) > 0.01) {
+        QPainter painter(&out);
+        const int alpha = int(std::lround(std::abs(iris - 0.5) * 2.0 * (iris < 0.5 ? 220 : 170)));
+        painter.fillRect(out.rect(), iris < 0.5 ? QColor(0, 0, 0, alpha) : QColor(255, 255, 255, alpha));
+    }
+    return out;
+}
+
 void CLiveView::PaintScene(QPainter &painter, const QRect &area)
 {
     ptz_devices::DeviceStatus status;
     if (!m_status || !m_status(m_cameraId, status))
         status = ptz_devices::DeviceStatus();
-    const QImage &pano = Panorama();
-    const double fov = kFieldOfView / std::max(1.0, status.zoom);
-    const double srcW = fov * kPixelsPerDegree;
-    const double srcH = srcW * area.height() / std::max(1, area.width());
-    const double cx = status.pan * kPixelsPerDegree;
-    const double cy = (kTiltTop - status.tilt) * kPixelsPerDegree;
-    const double top = std::clamp(cy - srcH / 2, 0.0, std::max(0.0, pano.height() - srcH));
-    // Crop across the 0/360 seam by drawing the panorama twice.
-    const double left = cx - srcW / 2;
     painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, status.zoom < 4);
-    const double scale = area.width() / srcW;
-    for (double offset : {-double(pano.width()), 0.0, double(pano.width())}) {
-        const double x = offset - left;
-        if (x + pano.width() < 0 || x > srcW)
-            continue;
-        const QRectF source(std::max(0.0, -x), top, std::min(srcW, pano.width() + x) - std::max(0.0, -x), srcH);
-        const QRectF target(area.left() + std::max(0.0, x) * scale, area.top(), source.width() * scale, area.height());
-        painter.drawImage(target, pano, source);
-    }
+    painter.drawImage(area.topLeft(), RenderScene(status, area.size()));
     if (status.light)
         painter.fillRect(area, QColor(255, 240, 190, 60));
     if (!status.connected)

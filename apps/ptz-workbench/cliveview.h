@@ -33,6 +33,10 @@ public:
 
     // The shared panorama: 360 degrees wide, from 45 degrees above the horizon to straight down.
     static const QImage &Panorama();
+    // What the camera sees at its position, of the given size: every pan (wrapping at 360),
+    // tilt and zoom is covered; blurred away from focus 0.5, darker or brighter with the iris.
+    static QImage RenderScene(const ptz_devices::DeviceStatus &status, const QSize &size);
+    static QImage ApplyLens(const QImage &picture, double focus, double iris);
 
 signals:
     void SignalSelected(unsigned int screen);

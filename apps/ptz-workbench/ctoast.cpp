@@ -1,11 +1,13 @@
 #include "ctoast.h"
 
-#include <QGraphicsOpacityEffect>
-#include <QPropertyAnimation>
+#include "vs_ui_data_controller/cinformationmgr.h"
+
 #include <QTimer>
 
 CToast::CToast(const QString &text, int level, QWidget *parent)
     : QLabel(text, parent)
+    , m_message(text)
+    , m_level(level)
 {
     setObjectName(ObjectNameForLevel(level));
     setWordWrap(true);
@@ -16,6 +18,8 @@ CToast::CToast(const QString &text, int level, QWidget *parent)
                       .arg(c.red())
                       .arg(c.green())
                       .arg(c.blue()));
+    MarkFresh();
+    Tarn::Base::CSingleton<vs_ui_data_controller::CInformationMgr>::Instance()->ShowThenFade(this);
 }
 
 QString CToast::ObjectNameForLevel(int level)
@@ -46,18 +50,20 @@ QColor CToast::ColorForLevel(int level)
     }
 }
 
-void CToast::Start(int visibleMs, int fadeMs)
+void CToast::Repeat()
 {
-    auto *effect = new QGraphicsOpacityEffect(this);
-    effect->setOpacity(1.0);
-    setGraphicsEffect(effect);
-    show();
-    QTimer::singleShot(visibleMs, this, [this, effect, fadeMs] {
-        auto *fade = new QPropertyAnimation(effect, "opacity", this);
-        fade->setDuration(fadeMs);
-        fade->setStartValue(1.0);
-        fade->setEndValue(0.0);
-        connect(fade, &QPropertyAnimation::finished, this, &QObject::deleteLater);
-        fade->start();
-    });
+    if (m_fresh)
+        return;
+    MarkFresh();
+    ++m_count;
+    setText(tr("%1 (%2×)").arg(m_message).arg(m_count));
+    adjustSize();
+    Tarn::Base::CSingleton<vs_ui_data_controller::CInformationMgr>::Instance()->ShowThenFade(this);
+}
+
+void CToast::MarkFresh()
+{
+    // Copies of one message sent through several panels arrive in the same turn of the event loop.
+    m_fresh = true;
+    QTimer::singleShot(0, this, [this] { m_fresh = false; });
 }

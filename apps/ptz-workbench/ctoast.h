@@ -2,7 +2,8 @@
 
 #include <QLabel>
 
-// A message tip over the live-view grid, coloured by level, that fades out by itself.
+// A message tip over the live-view grid, coloured by level. The host's information manager
+// times it and fades it out.
 class CToast : public QLabel
 {
     Q_OBJECT
@@ -14,6 +15,19 @@ public:
     static QString ObjectNameForLevel(int level);
     static QColor ColorForLevel(int level);
 
-    // Shows the toast for `visibleMs`, then fades it out over `fadeMs` and deletes it.
-    void Start(int visibleMs = 3000, int fadeMs = 600);
+    QString Message() const { return m_message; }
+    int Level() const { return m_level; }
+    int Count() const { return m_count; }
+    // The same message arrived again. Copies in the same turn of the event loop are one failure
+    // told by several listeners and change nothing; a later one counts as a repeat ("(2×)")
+    // and shows anew.
+    void Repeat();
+
+private:
+    QString m_message;
+    int m_level = 1;
+    int m_count = 1;
+    bool m_fresh = false;
+
+    void MarkFresh();
 };

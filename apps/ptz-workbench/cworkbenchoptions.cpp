@@ -32,6 +32,11 @@ bool CWorkbenchOptions::Parse(const QStringList &arguments, QString *error)
     };
     if (!parser.parse(arguments))
         return fail(parser.errorText());
+    // A repeated option would silently keep its last value: the operator meant one of them.
+    for (const QCommandLineOption &option : {siteOpt, userOpt, screensOpt, themeOpt, layoutOpt, scriptOpt, shotOpt}) {
+        if (parser.values(option).size() > 1)
+            return fail(QStringLiteral("--%1 is given more than once; give it once.").arg(option.names().constFirst()));
+    }
     if (!parser.positionalArguments().isEmpty())
         return fail(QStringLiteral("unexpected argument '%1'; options start with --.")
                         .arg(parser.positionalArguments().constFirst()));

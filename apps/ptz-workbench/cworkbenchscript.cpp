@@ -7,6 +7,8 @@
 
 #include <QAbstractButton>
 #include <QEventLoop>
+#include <QRegularExpression>
+#include <QTextCodec>
 #include <QTimer>
 
 namespace {
@@ -58,6 +60,40 @@ QStringList CWorkbenchScript::Directions()
     return out;
 }
 
+bool CWorkbenchScript::ParseFile(const QByteArray &bytes, QString *error)
+{
+    // Checked line by line so the message can say where; a NUL or broken UTF-8 would
+    // otherwise cut the script short silently, a release included.
+    const QList<QByteArray> lines = bytes.split('\n');
+    QStringList text;
+    QTextCodec *utf8 = QTextCodec::codecForName("UTF-8");
+    for (int i = 0; i < lines.size(); ++i) {
+        const QByteArray &line = lines.at(i);
+        QTextCodec::ConverterState state;
+        const QString decoded = utf8->toUnicode(line.constData(), line.size(), &state);
+        QString why;
+        if (line.contains('\0'))
+            why = QStringLiteral("contains a NUL byte; is this a text file?");
+        else if (state.invalidChars > 0 || state.remainingChars > 0)
+            why = QStringLiteral("is not valid UTF-8");
+        if (!why.isEmpty()) {
+            if (error)
+                *error = QStringLiteral("line %1 %2").arg(i + 1).arg(why);
+            m_actions.clear();
+            return false;
+        }
+        text << decoded;
+    }
+    return Parse(text.join(QLatin1Char('\n')), error);
+}
+
+QString CWorkbenchScript::Excerpt(const QString &line)
+{
+    constexpr int kLongest = 80;
+    const QString trimmed = line.trimmed();
+    return trimmed.size() <= kLongest ? trimmed : trimmed.left(kLongest) + QChar(0x2026);
+}
+
 bool CWorkbenchScript::Parse(const QString &text, QString *error)
 {
     m_actions.clear();
@@ -67,7 +103,8 @@ bool CWorkbenchScript::Parse(const QString &text, QString *error)
         const int hash = line.indexOf(QLatin1Char('#'));
         if (hash >= 0)
             line.truncate(hash);
-        QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        // Any blank separates words: spaces, tabs, a stray carriage return.
+        QStringList words = line.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
         if (words.isEmpty())
             continue;
         Action action{i + 1, words.takeFirst().toLower(), words};
@@ -103,7 +140,7 @@ bool CWorkbenchScript::Parse(const QString &text, QString *error)
         }
         if (!expected.isEmpty()) {
             if (error)
-                *error = QStringLiteral("line %1: expected %2, got '%3'").arg(i + 1).arg(expected, lines.at(i).trimmed());
+                *error = QStringLiteral("line %1: expected %2, got '%3'").arg(i + 1).arg(expected, Excerpt(lines.at(i)));
             m_actions.clear();
             return false;
         }
@@ -126,7 +163,7 @@ bool CWorkbenchScript::Run(CWorkbenchWindow *window, QString *error, const std::
             if (screen >= window->ScreenCount())
                 return fail(a, QStringLiteral("screen %1 is not shown (%2 screens)").arg(screen + 1).arg(window->ScreenCount()));
             if (!window->BindCamera(screen, a.args.at(1)))
-                return fail(a, QStringLiteral("unknown camera '%1'").arg(a.args.at(1)));
+                return fail(a, QStringLiteral("unknown camera '%1'").arg(Excerpt(a.args.at(1))));
         } else if (v == QLatin1String("select")) {
             const int screen = a.args.at(0).toInt() - 1;
             if (screen >= window->ScreenCount())
@@ -150,7 +187,7 @@ bool CWorkbenchScript::Run(CWorkbenchWindow *window, QString *error, const std::
             if (!button && panel)
                 button = panel->findChild<QAbstractButton *>(PreviewPTZControl::WhiteObjectName(name));
             if (!button)
-                return fail(a, QStringLiteral("no button named '%1' in the selected panel").arg(a.args.at(0)));
+                return fail(a, QStringLiteral("no button named '%1' in the selected panel").arg(Excerpt(a.args.at(0))));
             button->click();
         } else if (v == QLatin1String("theme")) {
             window->SetWhiteTheme(a.args.at(0) == QLatin1String("white"));

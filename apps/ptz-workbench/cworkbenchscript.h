@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -23,6 +24,8 @@ public:
         QStringList args;
     };
 
+    // Parses a script file's bytes: a NUL byte or invalid UTF-8 is refused with its line number.
+    bool ParseFile(const QByteArray &bytes, QString *error);
     // Parses the text; on the first bad line returns false with "line N: ..." in `error`.
     bool Parse(const QString &text, QString *error);
     const QVector<Action> &Actions() const { return m_actions; }
@@ -32,6 +35,8 @@ public:
     bool Run(CWorkbenchWindow *window, QString *error, const std::function<void(int ms)> &wait = {}) const;
 
     static QStringList Directions();
+    // A line as echoed in a message: trimmed, cut after 80 characters with an ellipsis.
+    static QString Excerpt(const QString &line);
 
 private:
     QVector<Action> m_actions;

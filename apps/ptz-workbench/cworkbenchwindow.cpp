@@ -5,6 +5,7 @@
 
 #include "boundary/cpreviewptzwndmanager.h"
 #include "boundary/themename.h"
+#include "direction/cptzcloud.h"
 #include "panel/cpreviewptzwnd.h"
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
@@ -23,6 +24,7 @@
 #include <QActionGroup>
 #include <QFile>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
 #include <QApplication>
@@ -123,8 +125,8 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
 
     connect(m_cameraList, &QListWidget::itemDoubleClicked, this,
             [this](QListWidgetItem *item) { BindCamera(m_selected, item->data(Qt::UserRole).toString()); });
-    connect(m_controller.get(), &zeph_ptz_controller::CUniversalPTZController::SignalMessageTipNeeded, this,
-            &CWorkbenchWindow::ShowTip);
+    // The controller's messages reach the host through every panel (each forwards them): one
+    // failure arrives several times at once and ShowTip folds the copies into one toast.
 
     FillCameraList();
     BuildMenus();
@@ -143,9 +145,13 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
             BindCamera(screen++, id);
     SelectScreen(0);
     SetWhiteTheme(false);
-    statusBar()->showMessage(
+    // A permanent widget: menu hints and notes use the temporary message and leave it alone.
+    auto *operatorLine = new QLabel(
         tr("Operator: %1. Double-click a camera or drag it onto a screen.")
-            .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()));
+            .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()),
+        this);
+    operatorLine->setObjectName(QStringLiteral("ptr_operator_line_"));
+    statusBar()->addPermanentWidget(operatorLine);
 }
 
 CWorkbenchWindow::~CWorkbenchWindow()
@@ -225,6 +231,9 @@ void CWorkbenchWindow::SetScreenCount(int count)
         return;
     while (m_views.size() > count) {
         const int screen = m_views.size() - 1;
+        StopHeldKeys(screen);
+        // Kept for when the screen comes back.
+        m_bindings[screen] = m_views.at(screen)->CameraId();
         CPreviewPTZWnd *panel = m_panelList.takeLast();
         panel->StopWork();
         Registry()->RemovePreviewPTZWnd(unsigned(screen));
@@ -259,6 +268,9 @@ void CWorkbenchWindow::SetScreenCount(int count)
         m_panelList.append(CreatePanel(screen));
     }
     LayoutGrid();
+    for (int screen = 0; screen < count; ++screen)
+        if (m_views.at(screen)->CameraId().isEmpty() && !m_bindings.value(screen).isEmpty())
+            BindCamera(screen, m_bindings.value(screen));
     SelectScreen(std::min(m_selected, count - 1));
 }
 
@@ -326,6 +338,7 @@ bool CWorkbenchWindow::BindCamera(int screen, const QString &cameraId)
     m_views.at(screen)->SetCamera(cameraId, camera->GetName(), camera->IsFishEye());
     const QString owner = Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName();
     m_panelList.at(screen)->SetCamera(owner, cameraId, false, false);
+    m_bindings[screen] = cameraId;
     return true;
 }
 
@@ -333,11 +346,11 @@ void CWorkbenchWindow::CloseScreen(int screen)
 {
     if (screen < 0 || screen >= m_views.size())
         return;
-    if (screen == m_selected)
-        StopHeldKeys();
+    StopHeldKeys(screen);
     m_views.at(screen)->SetPictureAction(0);
     m_views.at(screen)->SetCamera(QString(), QString(), false);
     m_panelList.at(screen)->StopWork();
+    m_bindings[screen].clear();
 }
 
 void CWorkbenchWindow::SelectScreen(int screen)
@@ -400,10 +413,17 @@ void CWorkbenchWindow::ShowTip(const QString &text, int level)
 {
     if (text.isEmpty())
         return;
+    const QList<CToast *> shown = m_grid->findChildren<CToast *>(QString(), Qt::FindDirectChildrenOnly);
+    for (CToast *toast : shown) {
+        if (!toast->isHidden() && toast->Message() == text && toast->Level() == level) {
+            toast->Repeat();
+            PlaceToasts();
+            return;
+        }
+    }
     auto *toast = new CToast(text, level, m_grid);
     toast->setMaximumWidth(360);
     toast->adjustSize();
-    toast->Start();
     connect(toast, &QObject::destroyed, this, &CWorkbenchWindow::PlaceToasts, Qt::QueuedConnection);
     PlaceToasts();
 }
@@ -477,43 +497,84 @@ int CWorkbenchWindow::CommandForKey(int key, Qt::KeyboardModifiers modifiers)
     }
 }
 
+bool CWorkbenchWindow::PanelOffers(int screen, int command) const
+{
+    const CPreviewPTZWnd *panel = Panel(screen);
+    if (!panel || !panel->IsWorking() || !panel->isEnabled())
+        return false;
+    if (command == ptz_plugin_protocol::PTZ_CMD_ZOOM_IN || command == ptz_plugin_protocol::PTZ_CMD_ZOOM_OUT) {
+        const QString name = command == ptz_plugin_protocol::PTZ_CMD_ZOOM_IN ? QStringLiteral("pZoomInBtn")
+                                                                             : QStringLiteral("pZoomOutBtn");
+        const QWidget *button = panel->findChild<QWidget *>(name);
+        if (!button)
+            button = panel->findChild<QWidget *>(PreviewPTZControl::WhiteObjectName(name));
+        return button && button->isEnabled();
+    }
+    // The pad is laid out like a keypad: 21 up is section 2, 25 up-left section 1, and so on.
+    static const QHash<int, int> kSections{{21, 2}, {22, 8}, {23, 4}, {24, 6}, {25, 1}, {26, 3}, {27, 7}, {28, 9}};
+    const auto *pad = panel->findChild<PreviewPTZControl::CPTZCloud *>();
+    constexpr int kDisabled = 4;
+    return pad && pad->isEnabled() && kSections.contains(command)
+           && pad->sectionStatus(kSections.value(command)) >= 0
+           && pad->sectionStatus(kSections.value(command)) != kDisabled;
+}
+
 bool CWorkbenchWindow::SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool press)
 {
     if (press) {
         const int command = CommandForKey(key, modifiers);
-        if (command == 0 || m_heldKeys.contains(key) || !View(m_selected) || View(m_selected)->CameraId().isEmpty())
+        if (command == 0 || m_heldKeys.contains(key) || !View(m_selected) || View(m_selected)->CameraId().isEmpty()
+            || !PanelOffers(m_selected, command))
             return command != 0;
-        m_heldCamera = View(m_selected)->CameraId();
-        m_heldKeys.insert(key, command);
-        SendCommand(command, 0);
+        const HeldKey held{command, View(m_selected)->CameraId(), m_selected, ++m_keyPresses};
+        m_heldKeys.insert(key, held);
+        SendCommand(held, 0);
         return true;
     }
     if (!m_heldKeys.contains(key))
         return false;
-    SendCommand(m_heldKeys.take(key), 1);
+    const HeldKey released = m_heldKeys.take(key);
+    SendCommand(released, 1);
+    // The stop may end more of the camera's motion than this key started: the latest key still
+    // held on it for pan/tilt, and for zoom, starts again.
+    auto isZoom = [](int command) { return command == 11 || command == 12; };
+    const HeldKey *latest[2] = {nullptr, nullptr};
+    for (const HeldKey &other : qAsConst(m_heldKeys)) {
+        const HeldKey *&slot = latest[isZoom(other.command) ? 1 : 0];
+        if (other.camera == released.camera && (!slot || other.order > slot->order))
+            slot = &other;
+    }
+    for (const HeldKey *other : latest)
+        if (other)
+            SendCommand(*other, 0);
     return true;
 }
 
-void CWorkbenchWindow::SendCommand(int command, int action)
+void CWorkbenchWindow::SendCommand(const HeldKey &held, int action)
 {
     ptz_plugin_protocol::PTZControlCommand cmd;
-    cmd.camera_index_code = m_heldCamera.toStdString();
+    cmd.camera_index_code = held.camera.toStdString();
     cmd.owner_index_code =
         Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName().toStdString();
-    cmd.command = uint32_t(command);
+    cmd.command = uint32_t(held.command);
     cmd.action = uint32_t(action);
-    // The same speed as the pad: the selected panel's slider.
-    const QSlider *slider = Panel(m_selected) ? Panel(m_selected)->findChild<QSlider *>() : nullptr;
+    // The same speed as the pad: the slider of the panel the key started on.
+    const QSlider *slider = Panel(held.screen) ? Panel(held.screen)->findChild<QSlider *>() : nullptr;
     cmd.speed = slider ? slider->value() : 20;
     cmd.extra = 0;
     m_controller->Control(cmd);
 }
 
-void CWorkbenchWindow::StopHeldKeys()
+void CWorkbenchWindow::StopHeldKeys(int screen)
 {
-    const QList<int> keys = m_heldKeys.keys();
-    for (int key : keys)
-        SendCommand(m_heldKeys.take(key), 1);
+    for (auto it = m_heldKeys.begin(); it != m_heldKeys.end();) {
+        if (screen >= 0 && it->screen != screen) {
+            ++it;
+            continue;
+        }
+        SendCommand(*it, 1);
+        it = m_heldKeys.erase(it);
+    }
 }
 
 bool CWorkbenchWindow::eventFilter(QObject *watched, QEvent *event)

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QStatusBar>
 #include <QPointer>
 #include <QTranslator>
 #include <QVector>
@@ -30,6 +31,8 @@ public:
     explicit CWorkbenchWindow(QWidget *parent = nullptr);
     ~CWorkbenchWindow() override;
 
+    // The size the workbench opens with.
+    static QSize DefaultSize() { return QSize(1400, 860); }
     void SetScreenCount(int count); // 1, 4 or 9
     int ScreenCount() const { return m_views.size(); }
     bool BindCamera(int screen, const QString &cameraId);
@@ -42,8 +45,12 @@ public:
     // Shows translation keys instead of English texts (for translators); rebuilds the panels.
     void SetRawTranslationKeys(bool raw);
     void ShowTip(const QString &text, int level);
+    // A note in the status bar beside the operator line (until the next note or menu hint).
+    void ShowStatusNote(const QString &text) { statusBar()->showMessage(text); }
 
     PreviewPTZControl::CPreviewPTZWnd *Panel(int screen) const;
+    // The controller shared by all screens.
+    zeph_ptz_controller::CUniversalPTZController *Controller() const { return m_controller.get(); }
     CLiveView *View(int screen) const;
 
     // The application style sheet of a theme: looks for the panel's dark or "_white_" object names.
@@ -52,7 +59,12 @@ public:
     // PTZ command a key steers with while held (21-28 moves, 11/12 zoom), or 0.
     static int CommandForKey(int key, Qt::KeyboardModifiers modifiers);
     // Starts (press) or stops (release) the command of a key on the selected screen's camera.
+    // A key whose pad section or zoom button is disabled sends nothing. Each held key keeps the
+    // camera and screen it started on, so its release stops that camera, wherever the selection is.
     bool SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool press);
+    // Whether the screen's panel offers the command now (pad section or zoom button enabled).
+    bool PanelOffers(int screen, int command) const;
+    int HeldKeyCount() const { return m_heldKeys.size(); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -66,8 +78,16 @@ private:
     void FillCameraList();
     void LayoutGrid();
     void PlaceToasts();
-    void SendCommand(int command, int action);
-    void StopHeldKeys();
+    struct HeldKey
+    {
+        int command = 0;
+        QString camera;
+        int screen = 0;
+        quint64 order = 0; // press order, to resume the latest key still held
+    };
+    void SendCommand(const HeldKey &held, int action);
+    // Stops the keys held on a screen, or all of them.
+    void StopHeldKeys(int screen = -1);
     void OnFunctionEnabled(int screen, int function, bool enabled);
 
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> m_controller;
@@ -81,6 +101,7 @@ private:
     bool m_white = false;
     bool m_stacked = false;
     QPointer<QTranslator> m_rawKeys;
-    QHash<int, int> m_heldKeys; // key -> command started by it
-    QString m_heldCamera;
+    QHash<int, QString> m_bindings; // screen -> camera, also of screens hidden by a smaller grid
+    QHash<int, HeldKey> m_heldKeys; // key -> what it started
+    quint64 m_keyPresses = 0;
 };

@@ -1,55 +1,80 @@
 // ptz-workbench: the host application in which operators use the PTZ panel.
 #include "cworkbenchoptions.h"
 #include "cworkbenchscript.h"
+#include "cworkbenchsignin.h"
 #include "cworkbenchwindow.h"
 
 #include "boundary/previewptzcontroltranslator.h"
+#include "site_store/csitestore.h"
 #include "zeph_plugin_manager/chostsession.h"
 
 #include "site_store/csitestore.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QTimer>
 
 #include <cstdio>
 
-int main(int argc, char *argv[])
-{
-    // Screenshots and scripts need no display.
-    for (int i = 1; i < argc; ++i) {
-        if ((qstrcmp(argv[i], "--screenshot") == 0 || qstrcmp(argv[i], "--script") == 0)
-            && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("ptz-workbench"));
+namespace {
 
-    auto fail = [](const QString &message) {
-        std::fprintf(stderr, "ptz-workbench: %s\n", qUtf8Printable(message));
-        return 2;
-    };
-    CWorkbenchOptions options;
-    QString optionError;
-    if (!options.Parse(app.arguments(), &optionError))
-        return fail(optionError);
-    if (options.help) {
-        std::fprintf(stdout, "%s", qUtf8Printable(options.helpText));
+int Fail(const QString &message)
+{
+    std::fprintf(stderr, "ptz-workbench: %s\n", qUtf8Printable(message));
+    return 2;
+}
+
+// Reads the options and the script without any GUI, so help and mistakes are reported on a
+// machine without a display too. Returns -1 to go on, else the exit code.
+int CheckCommandLine(int argc, char *argv[], CWorkbenchOptions *options, CWorkbenchScript *script)
+{
+    QCoreApplication core(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ptz-workbench"));
+    QString error;
+    if (!options->Parse(core.arguments(), &error))
+        return Fail(error);
+    if (options->help) {
+        std::fprintf(stdout, "%s", qUtf8Printable(options->helpText));
         return 0;
     }
-
-    CWorkbenchScript script;
-    if (!options.script.isEmpty()) {
-        QFile file(options.script);
-        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-            return fail(QStringLiteral("cannot read the script %1: %2").arg(file.fileName(), file.errorString()));
-        QString error;
-        if (!script.Parse(QString::fromUtf8(file.readAll()), &error))
-            return fail(QStringLiteral("%1: %2").arg(file.fileName(), error));
+    if (!options->script.isEmpty()) {
+        QFile file(options->script);
+        if (!file.open(QIODevice::ReadOnly))
+            return Fail(QStringLiteral("cannot read the script %1: %2").arg(file.fileName(), file.errorString()));
+        if (!script->ParseFile(file.readAll(), &error))
+            return Fail(QStringLiteral("%1: %2").arg(file.fileName(), error));
     }
+    return -1;
+}
 
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    CWorkbenchOptions options;
+    CWorkbenchScript script;
+    const int early = CheckCommandLine(argc, argv, &options, &script);
+    if (early >= 0)
+        return early;
+
+    // Screenshots and scripts need no display.
+    if ((!options.screenshot.isEmpty() || !options.script.isEmpty()) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ptz-workbench"));
+    // Opening the site makes a missing folder; the operator should know where it went.
+    const QString sitePath = site_store::CSiteStore::ResolvePath(app.arguments());
+    const QDir siteDir = QFileInfo(sitePath).absoluteDir();
+    const bool newSiteFolder = !sitePath.isEmpty() && !siteDir.exists();
     const ZephPluginManager::CHostSession::Result session = ZephPluginManager::CHostSession::Start(app.arguments());
+    QString userError;
+    if (!CWorkbenchSignIn::SignIn(options.user, &userError)) {
+        ZephPluginManager::CHostSession::Stop();
+        return Fail(userError);
+    }
     PreviewPTZControl::InstallTranslator(&app);
 
     int rc = 0;
@@ -58,8 +83,11 @@ int main(int argc, char *argv[])
         window.SetScreenCount(options.screens);
         window.SetStackedLayout(options.stacked);
         window.SetWhiteTheme(options.white);
-        window.resize(1400, 860);
+        window.resize(CWorkbenchWindow::DefaultSize());
         window.show();
+        if (newSiteFolder && siteDir.exists())
+            window.ShowStatusNote(QObject::tr("Created the folder %1 for the site file %2.")
+                                      .arg(QDir::toNativeSeparators(siteDir.absolutePath()), QFileInfo(sitePath).fileName()));
         for (const QString &message : session.messages)
             window.ShowTip(message, 2);
         // The store stops saving when its file goes away; the operator must know before relying on it.

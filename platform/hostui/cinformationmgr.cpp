@@ -1,6 +1,7 @@
 #include "vs_ui_data_controller/cinformationmgr.h"
 
 #include <QFrame>
+#include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPropertyAnimation>
@@ -60,19 +61,55 @@ QWidget *CInformationMgr::ShowInformationAtScreenRightBottom_V3(const QString &t
     notice->show();
     m_current = notice;
 
-    QTimer::singleShot(m_displayDuration, notice, [this, notice] { StartFade(notice); });
+    ShowThenFade(notice);
     emit SignalInformationShown(text);
     return notice;
 }
 
+void CInformationMgr::ShowThenFade(QWidget *widget)
+{
+    if (!widget)
+        return;
+    // A child widget has no window opacity: it fades through an opacity effect.
+    auto *effect = widget->isWindow() ? nullptr : qobject_cast<QGraphicsOpacityEffect *>(widget->graphicsEffect());
+    if (!widget->isWindow() && !effect) {
+        effect = new QGraphicsOpacityEffect(widget);
+        widget->setGraphicsEffect(effect);
+    }
+    delete widget->findChild<QPropertyAnimation *>(QString(), Qt::FindDirectChildrenOnly);
+    if (effect)
+        effect->setOpacity(1.0);
+    else
+        widget->setWindowOpacity(1.0);
+    auto *timer = widget->findChild<QTimer *>(QStringLiteral("ptr_information_timer_"), Qt::FindDirectChildrenOnly);
+    if (!timer) {
+        timer = new QTimer(widget);
+        timer->setObjectName(QStringLiteral("ptr_information_timer_"));
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, widget, [this, widget] { StartFade(widget); });
+    }
+    timer->start(m_displayDuration);
+    widget->show();
+}
+
 void CInformationMgr::StartFade(QWidget *notice)
 {
-    auto *fade = new QPropertyAnimation(notice, "windowOpacity", notice);
+    QObject *target = notice;
+    QByteArray property("windowOpacity");
+    if (auto *effect = qobject_cast<QGraphicsOpacityEffect *>(notice->graphicsEffect())) {
+        target = effect;
+        property = "opacity";
+    }
+    auto *fade = new QPropertyAnimation(target, property, notice);
     fade->setDuration(m_fadeDuration);
-    fade->setStartValue(notice->windowOpacity());
+    fade->setStartValue(target->property(property.constData()));
     fade->setEndValue(0.0);
-    connect(fade, &QPropertyAnimation::finished, notice, &QWidget::close);
-    fade->start(QAbstractAnimation::DeleteWhenStopped);
+    connect(fade, &QPropertyAnimation::finished, notice, [notice] {
+        notice->close();
+        if (!notice->testAttribute(Qt::WA_DeleteOnClose))
+            notice->deleteLater();
+    });
+    fade->start();
 }
 
 void CInformationMgr::SetDisplayDuration(int msecs)

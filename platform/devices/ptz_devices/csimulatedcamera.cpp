@@ -365,28 +365,28 @@ bool CSimulatedCamera::checkAbility(int code, DriverReply &reply) const
     reply.ok = false;
     switch (code) {
     case AbilityPtz:
-        reply.error = tr("Camera model %1 has no PTZ").arg(m_model);
+        reply.error = tr("This camera has no PTZ");
         break;
     case AbilityPan:
-        reply.error = tr("Camera model %1 cannot pan").arg(m_model);
+        reply.error = tr("This camera cannot pan");
         break;
     case AbilityTilt:
-        reply.error = tr("Camera model %1 cannot tilt").arg(m_model);
+        reply.error = tr("This camera cannot tilt");
         break;
     case AbilityZoom:
-        reply.error = tr("Camera model %1 cannot zoom").arg(m_model);
+        reply.error = tr("This camera cannot zoom");
         break;
     case AbilityPattern:
-        reply.error = tr("Camera model %1 has no patterns").arg(m_model);
+        reply.error = tr("This camera has no patterns");
         break;
     case AbilityParkAction:
-        reply.error = tr("Camera model %1 has no park action").arg(m_model);
+        reply.error = tr("This camera has no park action");
         break;
     case AbilityAutoTracking:
-        reply.error = tr("Camera model %1 has no auto tracking").arg(m_model);
+        reply.error = tr("This camera has no auto tracking");
         break;
     default:
-        reply.error = tr("Camera model %1 lacks ability %2").arg(m_model).arg(code);
+        reply.error = tr("This camera cannot do this (ability %1)").arg(code);
         break;
     }
     return false;
@@ -407,7 +407,7 @@ bool CSimulatedCamera::checkRange(int value, int max, const QString &what, Drive
         return true;
     reply.ok = false;
     if (max < 1)
-        reply.error = tr("Camera model %1 has no %2 slots").arg(m_model, what);
+        reply.error = tr("This camera has no %1 slots").arg(what);
     else
         reply.error = tr("%1 %2 is outside 1-%3").arg(what).arg(value).arg(max);
     return false;

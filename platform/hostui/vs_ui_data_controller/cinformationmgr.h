@@ -29,6 +29,11 @@ public:
     // notice is a tool window of parent, so it goes with it. Returns the notice.
     QWidget *ShowInformationAtScreenRightBottom_V3(const QString &text, QWidget *parent = nullptr);
 
+    // The notices' timing for any widget (a window or a child): keeps it fully visible for the
+    // display duration, then fades it out and deletes it. Called again on the same widget, its
+    // time starts over at full opacity (a message repeated while it shows).
+    void ShowThenFade(QWidget *widget);
+
     // Time the notice stays fully visible, and the length of its fade (ms).
     void SetDisplayDuration(int msecs);
     int GetDisplayDuration() const;
