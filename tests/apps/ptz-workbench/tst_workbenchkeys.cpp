@@ -5,6 +5,7 @@
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
 #include "zeph_plugin_manager/ccameramanager.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "ptz_devices/csimclock.h"
 #include "ptz_devices/csimulatedcamera.h"
 
@@ -27,7 +28,7 @@ const Key kKeys[] = {{Qt::Key_Up, Qt::NoModifier},   {Qt::Key_Down, Qt::NoModifi
 ptz_devices::CSimulatedCamera *Driver(const QString &id)
 {
     return qobject_cast<ptz_devices::CSimulatedCamera *>(
-        Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetDriver(id));
+        ZephPluginManager::CDriverTestAccess::GetDriver(id));
 }
 
 } // namespace
