@@ -5,7 +5,7 @@
 #include "ui_cptzpanelright.h"
 
 #include "direction/cptzcloud.h"
-#include "panel/clockstripframe.h"
+#include "lock/clockmgrframe.h"
 
 #include "quillon/cguitoolkit.h"
 #include "tarn/base/logging.h"
@@ -110,7 +110,7 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
 
     light_status_timer_ = new QTimer;
     wiper_status_timer_ = new QTimer;
-    lockStatusTimer = new QTimer;
+    lockStatusTimer = new QTimer(this);
     lock_hold_timer_ = new QTimer;
     lock_hold_timer_->setSingleShot(true);
     connect(light_status_timer_, &QTimer::timeout, this, &CPreviewPTZWnd::OnUpdateLightOnStatus);
@@ -132,8 +132,7 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     if (!config->ShowPreSetTabWidget() && CompactPresetProducts().contains(product))
         ui_right_->widget->hide();
 
-    connect(ui_left_->pLockFrame, &CLockStripFrame::SignalRequestLockState, this,
-            &CPreviewPTZWnd::OnCheckPTZLockStatus);
+    ConnectLockStrip();
 
     AssemblyLayout();
     InitPtzState(PTZWndNone);
@@ -148,7 +147,6 @@ CPreviewPTZWnd::~CPreviewPTZWnd()
         ConnectPTZControllerSingal(false);
     delete light_status_timer_;
     delete wiper_status_timer_;
-    delete lockStatusTimer;
     delete lock_hold_timer_;
     delete ui_left_;
     delete ui_right_;

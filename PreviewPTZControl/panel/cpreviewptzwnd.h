@@ -146,6 +146,12 @@ public slots:
     void OnTabIndexChanged(int index);
     void OnCheckPTZLockStatus();
 
+    // Lock strip (cpreviewptzwnd_lock.cpp).
+    void OnAboutLockBtnClicked(int lock_time);
+    void OnAboutCancelBtnClicked();
+    void OnUnLockBtnClicked();
+    void OnLockedDetailClicked();
+
     // Fish-eye mode.
     void OnPreviewWndFishEyeOpen(bool open);
     void OnFishEyeSelectedWndChanged();
@@ -207,7 +213,8 @@ private:
     bool HasAbility(int ability) const;
 
     // Commands (cpreviewptzwnd_commands.cpp).
-    void ExecutePTZControl(const PTZControlParam &param);
+    // command_param fills the record's parameter field: the lock duration of 200, a pattern number.
+    void ExecutePTZControl(const PTZControlParam &param, int command_param = 0);
     int GetPTZCommandBySection(int section) const;
     int GetCommandByObject(QObject *object) const;
     void SendMotion(int command, bool b_stop);
@@ -253,6 +260,8 @@ private:
     // Lock (cpreviewptzwnd_lock.cpp).
     void InitPtzLockState();
     void InterruptPatrolLocked(bool interrupted);
+    void ConnectLockStrip();
+    void OnLockCommandSucceeded(const ptz_plugin_protocol::PTZControlCommand &command);
 
     zeph_ptz_controller::CPTZGetController *ptr_ptz_get_controller_ = nullptr; // child of the panel
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> ptr_ptz_controller_;

@@ -43,7 +43,7 @@ bool IsHeldCommand(int command)
 }
 } // namespace
 
-void CPreviewPTZWnd::ExecutePTZControl(const PTZControlParam &param)
+void CPreviewPTZWnd::ExecutePTZControl(const PTZControlParam &param, int command_param)
 {
     if (param.skip || !ptr_ptz_controller_)
         return;
@@ -53,6 +53,7 @@ void CPreviewPTZWnd::ExecutePTZControl(const PTZControlParam &param)
     command.command = param.command;
     command.action = param.action;
     command.speed = ui_left_->ptr_speed_slider_->value();
+    command.param = command_param;
     command.channel = 1;
     command.extra = static_cast<int32_t>(param.extra);
     ptr_ptz_controller_->Control(command);
@@ -411,7 +412,7 @@ void CPreviewPTZWnd::OnPTZControlSuccess(const QString &, const QString &camera_
         break;
     case PTZ_CMD_LOCK:
     case PTZ_CMD_UNLOCK:
-        OnCheckPTZLockStatus();
+        OnLockCommandSucceeded(command);
         break;
     default:
         break;

@@ -345,4 +345,90 @@
         <translation>Edit preset</translation>
     </message>
 </context>
+<context>
+    <name>PreviewPTZControl::CUnLockedFrame</name>
+    <message>
+        <source>Lock</source>
+        <translation>Lock this camera</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.eea1e66096ec44169b26b57aeaf0cae7.name</source>
+        <translation>PTZ level</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::UnLockedFrameUI</name>
+    <message>
+        <source>Lock</source>
+        <translation>Lock this camera</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CAboutLockFrame</name>
+    <message>
+        <source>Corvo-ControlClient.28383cbadd24465f890c61d87e7d9aa7.msg</source>
+        <translation>Enter a lock time from %1 to %2 seconds.</translation>
+    </message>
+    <message>
+        <source>LockTimeLaDOtBsbdskBDWea</source>
+        <translation>Lock for</translation>
+    </message>
+    <message>
+        <source>SecondsBRH1H3KO</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>Lock</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::AboutLockFrameUI</name>
+    <message>
+        <source>DetermineYTtNUlSLQD</source>
+        <translation>Lock</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CLockedFrame</name>
+    <message>
+        <source>Lock</source>
+        <translation>Extend the lock</translation>
+    </message>
+    <message>
+        <source>UnLock</source>
+        <translation>Unlock</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.9e030b79c68742eba3246ff80c74fc33.msg</source>
+        <translation>Locked by %1</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.bc3d5481117d4029a36d9c2749739dfe.msg</source>
+        <translation>PTZ is busy</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.bf3a5ac010ea4e0a8ee9bdb92fa76e18.button</source>
+        <translation>Details</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::LockedFrameUI</name>
+    <message>
+        <source>Lock</source>
+        <translation>Extend the lock</translation>
+    </message>
+    <message>
+        <source>UnLock</source>
+        <translation>Unlock</translation>
+    </message>
+</context>
 </TS>
