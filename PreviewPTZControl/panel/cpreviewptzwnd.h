@@ -36,6 +36,8 @@ namespace PreviewPTZControl {
 
 // presets
 class CPresetTableModel;
+class CParkActionDlg;
+class CCruiseRecoverConfigDlg;
 class CSortPresetFilterModel;
 
 namespace Ui {
@@ -124,6 +126,7 @@ public slots:
     void OnAutoScanToggled(const QString &camera_index_code, bool on, bool b_from_pad);
     void OnParkActionBtnClicked();
     void OnRecoverConfigBtnClicked();
+    void OnCruiseRecoverConfig();
 
     // Results of the device controller.
     void OnPTZControlSuccess(const QString &owner_index_code, const QString &camera_index_code,
@@ -277,6 +280,8 @@ private:
     QWidget *ptr_update_widget = nullptr;
     QPushButton *ptr_update_ptz_btn_ = nullptr;
     QPushButton *ptr_recover_config_btn_ = nullptr;
+    CParkActionDlg *park_action_dlg_ = nullptr;            // created on first use, child of the panel
+    CCruiseRecoverConfigDlg *cruise_recover_dlg_ = nullptr; // created on first use, child of the panel
 
     bool whiteTheme = false;
     bool stackedLayout = false;

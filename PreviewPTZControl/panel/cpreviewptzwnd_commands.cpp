@@ -536,8 +536,4 @@ void CPreviewPTZWnd::OnUpdatePtzBtnClicked()
     ptr_ptz_get_controller_->SyncPresetsFromDevice(camera_index_code_);
 }
 
-void CPreviewPTZWnd::OnParkActionBtnClicked() {}
-
-void CPreviewPTZWnd::OnRecoverConfigBtnClicked() {}
-
 } // namespace PreviewPTZControl

@@ -431,4 +431,82 @@
         <translation>Unlock</translation>
     </message>
 </context>
+<context>
+    <name>PreviewPTZControl::CCruiseRecoverConfigDlg</name>
+    <message>
+        <source>Corvo-ControlClient.82e6ab8cc01e42e5809d4a79141a94c5.name</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.ebb7e877a67544a1b18fae5e1fcce324.msg</source>
+        <translation>Resume an interrupted patrol</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.543a9e1befed4798b2d985456115c0a5.msg</source>
+        <translation>Resume after</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CParkActionDlg</name>
+    <message>
+        <source>YuntaiWatchman</source>
+        <translation>Park action</translation>
+    </message>
+    <message>
+        <source>QPrVEcffUXjvAHaXUv</source>
+        <translation>What the camera does by itself after it is left idle for the waiting time.</translation>
+    </message>
+    <message>
+        <source>Seconds</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.a823d37fc23f4205bf7a7fe4a8112a6e.msg</source>
+        <translation>The saved preset or patrol no longer exists; choose another.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>Patrol%1</source>
+        <translation>Patrol %1</translation>
+    </message>
+    <message>
+        <source>MisconfigurationOfGiTlajSusB</source>
+        <translation>The waiting time must be from 5 to 720 seconds.</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Range</translation>
+    </message>
+    <message>
+        <source>WaitingTimeTBBVTCQ1</source>
+        <translation>Waiting time</translation>
+    </message>
+    <message>
+        <source>WatchPosition</source>
+        <translation>Action</translation>
+    </message>
+    <message>
+        <source>CurrentPreviewScreen</source>
+        <translation>Current view</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Preset</translation>
+    </message>
+    <message>
+        <source>Patrol</source>
+        <translation>Patrol</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>Save</translation>
+    </message>
+</context>
 </TS>
