@@ -5,7 +5,7 @@
 #include "ui_cptzpanelright.h"
 
 #include "direction/cptzcloud.h"
-#include "panel/clockstripframe.h"
+#include "lock/clockmgrframe.h"
 #include "panel/cmousereleasewatcher.h"
 
 #include "quillon/cguitoolkit.h"
@@ -136,8 +136,7 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     if (!config->ShowPreSetTabWidget() && CompactPresetProducts().contains(product))
         ui_right_->widget->hide();
 
-    connect(ui_left_->pLockFrame, &CLockStripFrame::SignalRequestLockState, this,
-            &CPreviewPTZWnd::OnCheckPTZLockStatus);
+    ConnectLockStrip();
 
     AssemblyLayout();
     InitPtzState(PTZWndNone);

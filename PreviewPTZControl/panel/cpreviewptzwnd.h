@@ -38,6 +38,8 @@ class CMouseReleaseWatcher;
 
 // presets
 class CPresetTableModel;
+class CParkActionDlg;
+class CCruiseRecoverConfigDlg;
 class CSortPresetFilterModel;
 // patterns
 class CPatternTableModel;
@@ -128,6 +130,7 @@ public slots:
     void OnAutoScanToggled(const QString &camera_index_code, bool on, bool b_from_pad);
     void OnParkActionBtnClicked();
     void OnRecoverConfigBtnClicked();
+    void OnCruiseRecoverConfig();
 
     // Results of the device controller.
     void OnPTZControlSuccess(const QString &owner_index_code, const QString &camera_index_code,
@@ -149,6 +152,12 @@ public slots:
 
     void OnTabIndexChanged(int index);
     void OnCheckPTZLockStatus();
+
+    // Lock strip (cpreviewptzwnd_lock.cpp).
+    void OnAboutLockBtnClicked(int lock_time);
+    void OnAboutCancelBtnClicked();
+    void OnUnLockBtnClicked();
+    void OnLockedDetailClicked();
 
     // Fish-eye mode.
     void OnPreviewWndFishEyeOpen(bool open);
@@ -271,6 +280,8 @@ private:
     // Lock (cpreviewptzwnd_lock.cpp).
     void InitPtzLockState();
     void InterruptPatrolLocked(bool interrupted);
+    void ConnectLockStrip();
+    void OnLockCommandSucceeded(const ptz_plugin_protocol::PTZControlCommand &command);
 
     zeph_ptz_controller::CPTZGetController *ptr_ptz_get_controller_ = nullptr; // child of the panel
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> ptr_ptz_controller_;
@@ -286,6 +297,8 @@ private:
     QWidget *ptr_update_widget = nullptr;
     QPushButton *ptr_update_ptz_btn_ = nullptr;
     QPushButton *ptr_recover_config_btn_ = nullptr;
+    CParkActionDlg *park_action_dlg_ = nullptr;            // created on first use, child of the panel
+    CCruiseRecoverConfigDlg *cruise_recover_dlg_ = nullptr; // created on first use, child of the panel
 
     bool whiteTheme = false;
     bool stackedLayout = false;

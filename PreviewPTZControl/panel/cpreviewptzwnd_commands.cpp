@@ -434,7 +434,7 @@ void CPreviewPTZWnd::OnPTZControlSuccess(const QString &, const QString &camera_
         break;
     case PTZ_CMD_LOCK:
     case PTZ_CMD_UNLOCK:
-        OnCheckPTZLockStatus();
+        OnLockCommandSucceeded(command);
         break;
     default:
         break;
@@ -584,9 +584,5 @@ void CPreviewPTZWnd::FinishUpdatePtz()
     ptr_update_ptz_btn_->setEnabled(IsWorking());
     emit SignalUpdatePtzInfoEnabled(true);
 }
-
-void CPreviewPTZWnd::OnParkActionBtnClicked() {}
-
-void CPreviewPTZWnd::OnRecoverConfigBtnClicked() {}
 
 } // namespace PreviewPTZControl

@@ -147,6 +147,7 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
     // The lists choose their own icons and row colours; the patrol and pattern lists follow once they exist.
     ui_right_->m_pTreeViewPreset->SetWhiteTheme(white);
     ui_right_->m_pTreeViewPatten->SetWhiteTheme(white);
+    ui_left_->pLockFrame->SwitchTheme(white);
 }
 
 } // namespace PreviewPTZControl

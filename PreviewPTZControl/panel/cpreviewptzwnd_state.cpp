@@ -5,7 +5,7 @@
 #include "ui_cptzpanelright.h"
 
 #include "direction/cptzcloud.h"
-#include "panel/clockstripframe.h"
+#include "lock/clockmgrframe.h"
 
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_ptz_controller/cptzgetcontroller.h"

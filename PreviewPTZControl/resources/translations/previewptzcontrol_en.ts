@@ -390,4 +390,168 @@
         <translation>Edit preset</translation>
     </message>
 </context>
+<context>
+    <name>PreviewPTZControl::CUnLockedFrame</name>
+    <message>
+        <source>Lock</source>
+        <translation>Lock this camera</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.eea1e66096ec44169b26b57aeaf0cae7.name</source>
+        <translation>PTZ level</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::UnLockedFrameUI</name>
+    <message>
+        <source>Lock</source>
+        <translation>Lock this camera</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CAboutLockFrame</name>
+    <message>
+        <source>Corvo-ControlClient.28383cbadd24465f890c61d87e7d9aa7.msg</source>
+        <translation>Enter a lock time from %1 to %2 seconds.</translation>
+    </message>
+    <message>
+        <source>LockTimeLaDOtBsbdskBDWea</source>
+        <translation>Lock for</translation>
+    </message>
+    <message>
+        <source>SecondsBRH1H3KO</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>Lock</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::AboutLockFrameUI</name>
+    <message>
+        <source>DetermineYTtNUlSLQD</source>
+        <translation>Lock</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CLockedFrame</name>
+    <message>
+        <source>Lock</source>
+        <translation>Extend the lock</translation>
+    </message>
+    <message>
+        <source>UnLock</source>
+        <translation>Unlock</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.9e030b79c68742eba3246ff80c74fc33.msg</source>
+        <translation>Locked by %1</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.bc3d5481117d4029a36d9c2749739dfe.msg</source>
+        <translation>PTZ is busy</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.bf3a5ac010ea4e0a8ee9bdb92fa76e18.button</source>
+        <translation>Details</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::LockedFrameUI</name>
+    <message>
+        <source>Lock</source>
+        <translation>Extend the lock</translation>
+    </message>
+    <message>
+        <source>UnLock</source>
+        <translation>Unlock</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CCruiseRecoverConfigDlg</name>
+    <message>
+        <source>Corvo-ControlClient.82e6ab8cc01e42e5809d4a79141a94c5.name</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.ebb7e877a67544a1b18fae5e1fcce324.msg</source>
+        <translation>Resume an interrupted patrol</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.543a9e1befed4798b2d985456115c0a5.msg</source>
+        <translation>Resume after</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CParkActionDlg</name>
+    <message>
+        <source>YuntaiWatchman</source>
+        <translation>Park action</translation>
+    </message>
+    <message>
+        <source>QPrVEcffUXjvAHaXUv</source>
+        <translation>What the camera does by itself after it is left idle for the waiting time.</translation>
+    </message>
+    <message>
+        <source>Seconds</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>Corvo-ControlClient.a823d37fc23f4205bf7a7fe4a8112a6e.msg</source>
+        <translation>The saved preset or patrol no longer exists; choose another.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>Patrol%1</source>
+        <translation>Patrol %1</translation>
+    </message>
+    <message>
+        <source>MisconfigurationOfGiTlajSusB</source>
+        <translation>The waiting time must be from 5 to 720 seconds.</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Range</translation>
+    </message>
+    <message>
+        <source>WaitingTimeTBBVTCQ1</source>
+        <translation>Waiting time</translation>
+    </message>
+    <message>
+        <source>WatchPosition</source>
+        <translation>Action</translation>
+    </message>
+    <message>
+        <source>CurrentPreviewScreen</source>
+        <translation>Current view</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Preset</translation>
+    </message>
+    <message>
+        <source>Patrol</source>
+        <translation>Patrol</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>Save</translation>
+    </message>
+</context>
 </TS>
