@@ -4,6 +4,7 @@
 #include "zeph_plugin_manager/ccurrentuser.h"
 
 #include "ptz_plugin_protocol/cruisepath.h"
+#include "ptz_plugin_protocol/presetname.h"
 #include "ptz_plugin_protocol/ptzlimits.h"
 #include "site_store/csitestore.h"
 
@@ -377,10 +378,6 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
         return Fail(tr("Only fish-eye and virtual presets are kept by the client; type %1 belongs to the camera.")
                         .arg(preset.preset_type),
                     &response.error_text);
-    const QString name = q(preset.preset_name).trimmed();
-    if (name.isEmpty())
-        return Fail(tr("A preset needs a name."), &response.error_text);
-
     CSiteStore *store = CSiteStore::Current();
     int number = preset.preset_index;
     if (number == -1) {
@@ -402,6 +399,9 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
         return Fail(tr("Preset %1 already exists.").arg(number), &response.error_text);
     }
 
+    QString name;
+    if (!CheckPresetName(camera, number, preset.preset_type, preset.preset_name, &name, &response.error_text))
+        return false;
     site_store::VirtualPresetRecord r;
     r.cameraId = camera;
     r.number = number;
@@ -414,6 +414,20 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
         return Fail(store->lastError(), &response.error_text);
     response.preset_index = number;
     m_lastError.clear();
+    return true;
+}
+
+bool CPTZBusinessInterfaceMgr::CheckPresetName(const QString &camera, int number, int type, const std::string &utf8,
+                                               QString *name, std::string *errorText)
+{
+    const QString fault = pp::CheckPresetName(utf8);
+    if (!fault.isEmpty())
+        return Fail(fault, errorText);
+    pp::DecodePresetName(utf8, name);
+    for (const auto &other : CSiteStore::Current()->virtualPresets(camera)) {
+        if (other.number != number && other.type == type && other.name == *name)
+            return Fail(pp::DuplicatePresetNameError(*name), errorText);
+    }
     return true;
 }
 
@@ -433,9 +447,9 @@ bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &reque
     if (preset.preset_type != pp::PRESET_TYPE_INVALID && preset.preset_type != r->type)
         return Fail(tr("Preset %1 is not of type %2.").arg(preset.preset_index).arg(preset.preset_type),
                     &response.error_text);
-    const QString name = q(preset.preset_name).trimmed();
-    if (name.isEmpty())
-        return Fail(tr("A preset needs a name."), &response.error_text);
+    QString name;
+    if (!CheckPresetName(camera, r->number, r->type, preset.preset_name, &name, &response.error_text))
+        return false;
     r->name = name;
     r->pan = preset.pan;
     r->tilt = preset.tilt;

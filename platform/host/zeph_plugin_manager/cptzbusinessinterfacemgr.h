@@ -116,6 +116,9 @@ private:
 
     bool Fail(const QString &error, std::string *errorText = nullptr);
     bool ResolveCruiseNumber(const std::string &cruiseId, int index, int *number, std::string *errorText);
+    // The preset-name rules for a client preset, duplicates among the camera's presets of that type included.
+    bool CheckPresetName(const QString &camera, int number, int type, const std::string &utf8, QString *name,
+                         std::string *errorText);
     bool ValidateCruise(int number, int type, const std::vector<ptz_plugin_protocol::CruisePoint> &points,
                         std::string *errorText);
 

@@ -202,6 +202,9 @@ bool CBaseSoftwarePtzControllor::Preset(unsigned int command, PresetInfo &preset
         return false;
     switch (command) {
     case kPresetSet: {
+        if (!preset.preset_name.empty() &&
+            !detail::PresetNameFault(m_camera, preset.preset_index, PRESET_TYPE_FISHEYE, preset.preset_name).isEmpty())
+            return false;
         site_store::VirtualPresetRecord record;
         record.cameraId = m_camera;
         record.number = preset.preset_index;

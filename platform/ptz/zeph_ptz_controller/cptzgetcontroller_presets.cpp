@@ -3,6 +3,7 @@
 
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
+#include "ptz_plugin_protocol/presetname.h"
 #include "ptz_devices/iptzdriver.h"
 #include "site_store/csitestore.h"
 
@@ -70,6 +71,12 @@ bool SaveClientPreset(const QString &camera_index_code, const PresetInfo &preset
         error_text = Tr("Only fish-eye and virtual presets are kept by the client.");
         return false;
     }
+    if (!preset.preset_name.empty()) {
+        error_text = detail::PresetNameFault(camera_index_code, preset.preset_index, preset.preset_type,
+                                             preset.preset_name);
+        if (!error_text.isEmpty())
+            return false;
+    }
     site_store::VirtualPresetRecord record;
     record.cameraId = camera_index_code;
     record.number = preset.preset_index;
@@ -123,6 +130,10 @@ bool CPTZGetController::ModifyPresetName(const QString &camera_index_code, int p
         error_text = Tr("The camera has no client preset %1.").arg(preset_index);
         return false;
     }
+    // A lone surrogate would be replaced on the way to UTF-8; refuse it while it is still visible.
+    error_text = CheckPresetName(name);
+    if (!error_text.isEmpty())
+        return false;
     PresetInfo info;
     info.preset_index = record->number;
     info.preset_type = record->type;

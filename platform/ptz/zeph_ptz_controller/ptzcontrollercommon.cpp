@@ -1,6 +1,8 @@
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
+#include "ptz_plugin_protocol/presetname.h"
 #include "ptz_devices/iptzdriver.h"
+#include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 
 #include <QCoreApplication>
@@ -105,6 +107,36 @@ CruisePathLimits CruiseLimitsFor(int cruise_type, ptz_devices::IPtzDriver *drive
 QString CheckCruisePoints(const std::vector<CruisePoint> &points, int cruise_type, ptz_devices::IPtzDriver *driver)
 {
     return ptz_plugin_protocol::CheckCruisePoints(points, CruiseLimitsFor(cruise_type, driver));
+}
+
+QString PresetNameFault(const QString &camera_index_code, int preset_index, int preset_type,
+                        const std::string &utf8_name)
+{
+    const QString fault = CheckPresetName(utf8_name);
+    if (!fault.isEmpty())
+        return fault;
+    const QString name = QString::fromStdString(utf8_name);
+    auto taken = [&](int number, int type, const QString &other) {
+        return number != preset_index && type == preset_type && other == name;
+    };
+    if (preset_type == PRESET_TYPE_DEVICE) {
+        for (const PresetInfo &p : CPTZDataCache::Instance()->Presets(camera_index_code)) {
+            if (taken(p.preset_index, p.preset_type, QString::fromStdString(p.preset_name)))
+                return DuplicatePresetNameError(name);
+        }
+        if (const auto camera = CameraManager()->GetCameraByID(camera_index_code)) {
+            for (const ptz_devices::DevicePreset &p : camera->GetKnownDevicePresets()) {
+                if (taken(p.number, PRESET_TYPE_DEVICE, p.name))
+                    return DuplicatePresetNameError(name);
+            }
+        }
+    } else if (site_store::CSiteStore *store = site_store::CSiteStore::Current()) {
+        for (const site_store::VirtualPresetRecord &r : store->virtualPresets(camera_index_code)) {
+            if (taken(r.number, r.type, r.name))
+                return DuplicatePresetNameError(name);
+        }
+    }
+    return QString();
 }
 
 void CPTZDataCache::SetPresets(const QString &camera, const QVector<PresetInfo> &presets)

@@ -53,6 +53,12 @@ ptz_plugin_protocol::CruisePathLimits CruiseLimitsFor(int cruise_type, ptz_devic
 QString CheckCruisePoints(const std::vector<ptz_plugin_protocol::CruisePoint> &points, int cruise_type,
                           ptz_devices::IPtzDriver *driver);
 
+// A name a request carries for preset `preset_index` of `preset_type`: the
+// name rules, and no other preset of that type on the camera called the same.
+// A readable reason, empty when the name may be kept.
+QString PresetNameFault(const QString &camera_index_code, int preset_index, int preset_type,
+                        const std::string &utf8_name);
+
 // Data read from devices and the store, shared by every getter controller so
 // that a static lookup (GetPresetByIndexSync) and the universal controller's
 // preset changes reach every panel.
