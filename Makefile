@@ -2,7 +2,7 @@
 BUILD ?= build
 JOBS  ?= $(shell nproc)
 
-.PHONY: deps configure build run test bench clean test-sanitize
+.PHONY: deps configure build run test bench clean test-sanitize format format-check
 
 # The install script checks each package first and only calls the package manager for missing ones.
 deps:
@@ -42,6 +42,19 @@ test-sanitize: deps
 
 bench: build
 	bash scripts/run-benchmarks.sh $(BUILD)
+
+# C++ sources under version control, formatted by the checked-in .clang-format.
+CLANG_FORMAT ?= clang-format
+FORMAT_FILES = $(shell git ls-files '*.cpp' '*.h')
+
+format:
+	$(CLANG_FORMAT) -i --style=file $(FORMAT_FILES)
+
+format-check:
+	@bad=0; for f in $(FORMAT_FILES); do \
+	  $(CLANG_FORMAT) --style=file "$$f" | cmp -s - "$$f" || { echo "$$f"; bad=1; }; \
+	done; \
+	if [ $$bad -ne 0 ]; then echo "These files are not formatted; run 'make format'." >&2; exit 1; fi
 
 clean:
 	rm -rf $(BUILD)

@@ -8,6 +8,7 @@
 #include "lock/clockmgrframe.h"
 #include "panel/cmousereleasewatcher.h"
 
+#include "ptz_plugin_protocol/ptzlimits.h"
 #include "quillon/cguitoolkit.h"
 #include "tarn/base/logging.h"
 #include "zeph_plugin_manager/ccameramanager.h"
@@ -55,6 +56,9 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     ptr_ptz_panel_left_->setObjectName(QStringLiteral("PreviewPtzControl_ptr_ptz_panel_left_"));
     ui_left_ = new Ui::CPTZPanelLeft;
     ui_left_->setupUi(ptr_ptz_panel_left_);
+    // The form's numbers are only a preview; the boundary's speed range decides.
+    ui_left_->ptr_speed_slider_->setRange(ptz_plugin_protocol::kMinSpeed, ptz_plugin_protocol::kMaxSpeed);
+    ui_left_->ptr_speed_slider_->setValue(ptz_plugin_protocol::kDefaultSpeed);
 
     ptr_ptz_panel_right_ = new QWidget(this);
     ptr_ptz_panel_right_->setObjectName(QStringLiteral("PreviewPtzControl_ptr_ptz_panel_right_"));

@@ -29,7 +29,7 @@ using namespace PanelPrivate;
 using ptz_plugin_protocol::PresetInfo;
 
 namespace {
-constexpr int kMaxPresets = 256;
+constexpr int kMaxPresets = ptz_plugin_protocol::kMaxPresetIndex;
 
 bool IsClientPreset(int type)
 {

@@ -6,10 +6,12 @@
 #include "quillon/cplaceholdlineedit.h"
 #include "vs_ui_data_controller/cnomalmessagemanager.h"
 
+#include "ptz_plugin_protocol/presetname.h"
+
 #include <QAbstractItemModel>
 #include <QComboBox>
-#include <QRegExpValidator>
 #include <QRegularExpression>
+#include <QRegularExpressionValidator>
 
 namespace PreviewPTZControl {
 
@@ -38,8 +40,8 @@ CBasePresetDialog::CBasePresetDialog(QWidget *parent, const QVector<ptz_plugin_p
     SetCancelButtonText(tr("UndoMerge"));
 
     // Typing refuses the characters file names and the device protocol cannot carry.
-    ui_->pNameEdit->setValidator(
-        new QRegExpValidator(QRegExp(QStringLiteral("^[^\\\\/:*?\"<|'%>]{1,64}$")), ui_->pNameEdit));
+    ui_->pNameEdit->setValidator(new QRegularExpressionValidator(
+        ptz_plugin_protocol::PresetNameInputExpression(kMaxNameInputLength), ui_->pNameEdit));
 }
 
 CBasePresetDialog::~CBasePresetDialog() = default;
@@ -87,12 +89,14 @@ QString CBasePresetDialog::CheckName(const QString &name, const QAbstractItemMod
     if (name.isEmpty())
         return tr("TheNameCannotBeEmptyuwCnESOS");
 
-    static const QRegularExpression forbidden(QStringLiteral("\\\\|\\/|\\:|\\*|\\?|\\\"|\\<|\\>|\\|"));
-    if (forbidden.match(name).hasMatch())
+    if (ptz_plugin_protocol::PresetNameForbiddenExpression().match(name).hasMatch())
         return tr("InvalidPresetPointName") + QLatin1Char(' ') +
-               tr("TheInputCannotContainAnyOfTheFollowingCharacters") + QStringLiteral(" / \\ : * ? \" < > |");
+               tr("TheInputCannotContainAnyOfTheFollowingCharacters") + ptz_plugin_protocol::PresetNameForbiddenList();
 
-    if (name.length() > kMaxSavedNameLength)
+    if (ptz_plugin_protocol::PresetNameHasInvisibleCharacters(name))
+        return tr("InvalidPresetPointName") + QLatin1Char(' ') + tr("PresetNameInvisibleCharacters");
+
+    if (ptz_plugin_protocol::PresetNameLength(name) > kMaxSavedNameLength)
         return tr("InvalidPresetPointName") + QLatin1Char(' ') +
                tr("NoMoreThan%1CharactersCanBeInput").arg(kMaxSavedNameLength);
 

@@ -3,6 +3,7 @@
 #include "previewptzcontrol_export.h"
 
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 #include "quillon/cbasedialogwithbottom.h"
 
 #include <QVector>
@@ -28,9 +29,9 @@ class PREVIEWPTZCONTROL_EXPORT CBasePresetDialog : public Quillon::CBaseDialogWi
 {
     Q_OBJECT
 public:
-    static constexpr int kMaxNameInputLength = 64;
+    static constexpr int kMaxNameInputLength = ptz_plugin_protocol::kMaxPresetNameLength;
     static constexpr int kMaxSavedNameLength = 20;
-    static constexpr int kDefaultMaxPresetIndex = 256;
+    static constexpr int kDefaultMaxPresetIndex = ptz_plugin_protocol::kMaxPresetIndex;
 
     CBasePresetDialog(QWidget *parent, const QVector<ptz_plugin_protocol::PresetInfo> &presets,
                       int max_preset_index = kDefaultMaxPresetIndex);

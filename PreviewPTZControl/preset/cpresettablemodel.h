@@ -5,6 +5,7 @@
 #include "preset/cpresetmodelicon.h"
 
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 #include "quillon/cstandarditemmodel.h"
 
 #include <QVector>
@@ -24,7 +25,7 @@ class PREVIEWPTZCONTROL_EXPORT CPresetTableModel : public Quillon::CStandardItem
 public:
     enum { kColumnType = 0, kColumnName = 1, kColumnAction = 2, kColumnCount = 3 };
     // Only this many rows take part in a reset; the panel never lists more.
-    static constexpr int kMaxPresetRows = 256;
+    static constexpr int kMaxPresetRows = ptz_plugin_protocol::kMaxPresetIndex;
 
     CPresetTableModel(double device_pixel_ratio, QObject *parent = nullptr, bool white_theme = false);
     ~CPresetTableModel() override;
@@ -33,7 +34,7 @@ public:
     void SetPresetType(int preset_type);
     int GetPresetType() const { return preset_type_; }
 
-    // Puts every existing row among the first 256 into its empty state.
+    // Puts every existing row among the first kMaxPresetRows into its empty state.
     void ResetPresetItems();
     // Puts one row back into its empty state, all three items disabled.
     void ClearPresetItem(int row);

@@ -1,5 +1,6 @@
 #include "preset/presetnamerules.h"
 
+#include "ptz_plugin_protocol/presetname.h"
 #include "quillon/citemdatarole.h"
 
 #include <QAbstractItemModel>
@@ -23,12 +24,15 @@ QString Check(const QString &name, const QAbstractItemModel *proxy)
     if (trimmed.isEmpty())
         return PanelTr("NameCanNotBeEmpty");
 
-    static const QRegularExpression forbidden(QStringLiteral("\\\\|\\/|\\:|\\*|\\?|\\\"|\\<|\\>|\\|"));
-    if (forbidden.match(name).hasMatch())
+    if (ptz_plugin_protocol::PresetNameForbiddenExpression().match(name).hasMatch())
         return PanelTr("InvalidPresetPointName") + QLatin1Char(' ') +
-               PanelTr("TheInputCannotContainAnyOfTheFollowingCharacters") + QStringLiteral(" / \\ : * ? \" < > |");
+               PanelTr("TheInputCannotContainAnyOfTheFollowingCharacters") +
+               ptz_plugin_protocol::PresetNameForbiddenList();
 
-    if (trimmed.length() > kMaxListPresetNameLength)
+    if (ptz_plugin_protocol::PresetNameHasInvisibleCharacters(name))
+        return PanelTr("InvalidPresetPointName") + QLatin1Char(' ') + PanelTr("PresetNameInvisibleCharacters");
+
+    if (ptz_plugin_protocol::PresetNameLength(trimmed) > kMaxListPresetNameLength)
         return PanelTr("InvalidPresetPointName") + QLatin1Char(' ') +
                PanelTr("NoMoreThan%1CharactersCanBeInput").arg(kMaxListPresetNameLength);
 

@@ -2,6 +2,8 @@
 
 #include "previewptzcontrol_export.h"
 
+#include "ptz_plugin_protocol/ptzlimits.h"
+
 #include <QString>
 
 class QAbstractItemModel;
@@ -10,7 +12,7 @@ namespace PreviewPTZControl {
 
 // Longest preset name accepted for a rename made in the list itself; the
 // dialogs save 20 characters at most.
-constexpr int kMaxListPresetNameLength = 64;
+constexpr int kMaxListPresetNameLength = ptz_plugin_protocol::kMaxPresetNameLength;
 
 // Checks a name changed in the preset list against the rules of the panel:
 // not blank, none of \ / : * ? " < > |, at most 64 characters once trimmed,

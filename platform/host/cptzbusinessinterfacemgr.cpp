@@ -3,6 +3,9 @@
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/ccurrentuser.h"
 
+#include "ptz_plugin_protocol/cruisepath.h"
+#include "ptz_plugin_protocol/presetname.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 #include "site_store/csitestore.h"
 
 #include "tarn/base/logging.h"
@@ -19,12 +22,11 @@ using site_store::CSiteStore;
 
 namespace {
 
-constexpr int kMinPreset = 1;
-constexpr int kMaxPreset = 256;
-constexpr int kMinPatrol = 1;
-constexpr int kMaxPatrol = 8;
-constexpr int kMaxPatrolPoints = 32;
-constexpr int kMaxLockSeconds = 3600;
+using pp::kMaxLockSeconds;
+constexpr int kMinPreset = pp::kMinPresetIndex;
+constexpr int kMaxPreset = pp::kMaxPresetIndex;
+constexpr int kMinPatrol = pp::kMinCruiseIndex;
+constexpr int kMaxPatrol = pp::kMaxCruiseIndex;
 
 QString q(const std::string &s)
 {
@@ -83,11 +85,6 @@ pp::CruiseInfo toProtocol(const site_store::PatrolRecord &r)
 bool isClientPresetType(int type)
 {
     return type == pp::PRESET_TYPE_FISHEYE || type == pp::PRESET_TYPE_VIRTUAL;
-}
-
-bool isCruiseType(int type)
-{
-    return type == pp::CRUISE_TYPE_DEVICE || type == pp::CRUISE_TYPE_SOFTWARE || type == pp::CRUISE_TYPE_VIRTUAL;
 }
 
 } // namespace
@@ -287,9 +284,9 @@ bool CPTZBusinessInterfaceMgr::SetPTZParkAction(const pp::SetParkActionRequest &
     if (request.action_type != 3 && request.action_type != 5)
         return Fail(tr("Unknown park action type %1.").arg(request.action_type));
     if (request.action_type == 3 && (request.target_id < kMinPatrol || request.target_id > kMaxPatrol))
-        return Fail(tr("Patrol number %1 is outside 1 to 8.").arg(request.target_id));
+        return Fail(tr("Patrol number %1 is outside %2 to %3.").arg(request.target_id).arg(kMinPatrol).arg(kMaxPatrol));
     if (request.action_type == 5 && (request.target_id < 0 || request.target_id > kMaxPreset))
-        return Fail(tr("Preset number %1 is outside 1 to 256.").arg(request.target_id));
+        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(request.target_id).arg(kMinPreset).arg(kMaxPreset));
     site_store::ParkActionRecord r;
     r.cameraId = camera;
     r.enabled = request.enabled;
@@ -381,10 +378,6 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
         return Fail(tr("Only fish-eye and virtual presets are kept by the client; type %1 belongs to the camera.")
                         .arg(preset.preset_type),
                     &response.error_text);
-    const QString name = q(preset.preset_name).trimmed();
-    if (name.isEmpty())
-        return Fail(tr("A preset needs a name."), &response.error_text);
-
     CSiteStore *store = CSiteStore::Current();
     int number = preset.preset_index;
     if (number == -1) {
@@ -399,13 +392,16 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
             }
         }
         if (number == 0)
-            return Fail(tr("All 256 presets of camera \"%1\" are in use.").arg(camera), &response.error_text);
+            return Fail(tr("All %1 presets of camera \"%2\" are in use.").arg(kMaxPreset).arg(camera), &response.error_text);
     } else if (number < kMinPreset || number > kMaxPreset) {
-        return Fail(tr("Preset number %1 is outside 1 to 256.").arg(number), &response.error_text);
+        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(number).arg(kMinPreset).arg(kMaxPreset), &response.error_text);
     } else if (store->virtualPreset(camera, number)) {
         return Fail(tr("Preset %1 already exists.").arg(number), &response.error_text);
     }
 
+    QString name;
+    if (!CheckPresetName(camera, number, preset.preset_type, preset.preset_name, &name, &response.error_text))
+        return false;
     site_store::VirtualPresetRecord r;
     r.cameraId = camera;
     r.number = number;
@@ -421,6 +417,20 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
     return true;
 }
 
+bool CPTZBusinessInterfaceMgr::CheckPresetName(const QString &camera, int number, int type, const std::string &utf8,
+                                               QString *name, std::string *errorText)
+{
+    const QString fault = pp::CheckPresetName(utf8);
+    if (!fault.isEmpty())
+        return Fail(fault, errorText);
+    pp::DecodePresetName(utf8, name);
+    for (const auto &other : CSiteStore::Current()->virtualPresets(camera)) {
+        if (other.number != number && other.type == type && other.name == *name)
+            return Fail(pp::DuplicatePresetNameError(*name), errorText);
+    }
+    return true;
+}
+
 bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &request,
                                             pp::UpdatePresetResponse &response)
 {
@@ -429,7 +439,7 @@ bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &reque
     REQUIRE_CAMERA(camera, &response.error_text)
     const pp::PresetInfo &preset = request.preset;
     if (preset.preset_index < kMinPreset || preset.preset_index > kMaxPreset)
-        return Fail(tr("Preset number %1 is outside 1 to 256.").arg(preset.preset_index), &response.error_text);
+        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(preset.preset_index).arg(kMinPreset).arg(kMaxPreset), &response.error_text);
     CSiteStore *store = CSiteStore::Current();
     auto r = store->virtualPreset(camera, preset.preset_index);
     if (!r)
@@ -437,9 +447,9 @@ bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &reque
     if (preset.preset_type != pp::PRESET_TYPE_INVALID && preset.preset_type != r->type)
         return Fail(tr("Preset %1 is not of type %2.").arg(preset.preset_index).arg(preset.preset_type),
                     &response.error_text);
-    const QString name = q(preset.preset_name).trimmed();
-    if (name.isEmpty())
-        return Fail(tr("A preset needs a name."), &response.error_text);
+    QString name;
+    if (!CheckPresetName(camera, r->number, r->type, preset.preset_name, &name, &response.error_text))
+        return false;
     r->name = name;
     r->pan = preset.pan;
     r->tilt = preset.tilt;
@@ -457,7 +467,7 @@ bool CPTZBusinessInterfaceMgr::DeletePreset(const pp::DeletePresetRequest &reque
     response.error_text.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
     if (request.preset_index < kMinPreset || request.preset_index > kMaxPreset)
-        return Fail(tr("Preset number %1 is outside 1 to 256.").arg(request.preset_index), &response.error_text);
+        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(request.preset_index).arg(kMinPreset).arg(kMaxPreset), &response.error_text);
     CSiteStore *store = CSiteStore::Current();
     const auto r = store->virtualPreset(camera, request.preset_index);
     if (!r || (request.preset_type != pp::PRESET_TYPE_INVALID && request.preset_type != r->type))
@@ -477,9 +487,9 @@ bool CPTZBusinessInterfaceMgr::GetCruises(const pp::GetCruisesRequest &request, 
     response.error_text.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
     std::set<int> kept;
-    for (const auto &r : CSiteStore::Current()->patrols(camera)) {
-        kept.insert(r.number);
-        response.cruises.push_back(toProtocol(r));
+    for (pp::CruiseInfo &info : StoredCruises(camera)) {
+        kept.insert(info.cruise_index);
+        response.cruises.push_back(std::move(info));
     }
     if (const auto cam = CCameraManager::Instance()->GetCameraByID(camera)) {
         for (const ptz_devices::DevicePatrol &p : cam->GetKnownDevicePatrols()) {
@@ -526,18 +536,12 @@ int cruiseNumber(const std::string &cruiseId, int index, bool *idMismatch)
 
 } // namespace
 
-// Validation shared by add and update.
-#define VALIDATE_CRUISE(number, type, points, errorText)                                                 \
-    if ((number) < kMinPatrol || (number) > kMaxPatrol)                                                  \
-        return Fail(tr("Patrol number %1 is outside 1 to 8.").arg(number), errorText);                   \
-    if (!isCruiseType(type))                                                                             \
-        return Fail(tr("Unknown patrol type %1.").arg(type), errorText);                                 \
-    if (int((points).size()) > kMaxPatrolPoints)                                                         \
-        return Fail(tr("A patrol holds at most 32 points, not %1.").arg(int((points).size())), errorText); \
-    for (const pp::CruisePoint &point : (points)) {                                                      \
-        if (int(point.preset_index) < kMinPreset || int(point.preset_index) > kMaxPreset)                \
-            return Fail(tr("Preset number %1 is outside 1 to 256.").arg(point.preset_index), errorText); \
-    }
+bool CPTZBusinessInterfaceMgr::ValidateCruise(int number, int type, const std::vector<pp::CruisePoint> &points,
+                                              std::string *errorText)
+{
+    const QString fault = pp::CheckCruisePath(number, type, points);
+    return fault.isEmpty() || Fail(fault, errorText);
+}
 
 bool CPTZBusinessInterfaceMgr::AddCruise(const pp::AddCruiseRequest &request, pp::AddCruiseResponse &response)
 {
@@ -545,7 +549,8 @@ bool CPTZBusinessInterfaceMgr::AddCruise(const pp::AddCruiseRequest &request, pp
     response.error_text.clear();
     response.cruise_id.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
-    VALIDATE_CRUISE(request.cruise_index, request.cruise_type, request.points, &response.error_text)
+    if (!ValidateCruise(request.cruise_index, request.cruise_type, request.points, &response.error_text))
+        return false;
     CSiteStore *store = CSiteStore::Current();
     if (store->patrol(camera, request.cruise_index))
         return Fail(tr("Patrol %1 already exists.").arg(request.cruise_index), &response.error_text);
@@ -565,7 +570,8 @@ bool CPTZBusinessInterfaceMgr::UpdateCruise(const pp::UpdateCruiseRequest &reque
     int number = 0;
     if (!ResolveCruiseNumber(request.cruise_id, request.cruise_index, &number, &response.error_text))
         return false;
-    VALIDATE_CRUISE(number, request.cruise_type, request.points, &response.error_text)
+    if (!ValidateCruise(number, request.cruise_type, request.points, &response.error_text))
+        return false;
     if (!request.cruise_id.empty() && !CSiteStore::Current()->patrol(camera, number))
         return Fail(tr("Patrol %1 does not exist.").arg(number), &response.error_text);
     // A device patrol the client has not recorded yet is taken on here.
@@ -585,6 +591,8 @@ bool CPTZBusinessInterfaceMgr::ResolveCruiseNumber(const std::string &cruiseId, 
 bool CPTZBusinessInterfaceMgr::StorePatrol(const QString &camera, int number, int type, const std::string &name,
                                            const std::vector<pp::CruisePoint> &points, std::string *errorText)
 {
+    if (!ValidateCruise(number, type, points, errorText))
+        return false;
     site_store::PatrolRecord r;
     r.cameraId = camera;
     r.number = number;
@@ -599,6 +607,21 @@ bool CPTZBusinessInterfaceMgr::StorePatrol(const QString &camera, int number, in
     return true;
 }
 
+std::vector<pp::CruiseInfo> CPTZBusinessInterfaceMgr::StoredCruises(const QString &camera)
+{
+    std::vector<pp::CruiseInfo> out;
+    for (const auto &r : CSiteStore::Current()->patrols(camera))
+        out.push_back(toProtocol(r));
+    return out;
+}
+
+std::optional<pp::CruiseInfo> CPTZBusinessInterfaceMgr::StoredCruise(const QString &camera, int number)
+{
+    if (const auto r = CSiteStore::Current()->patrol(camera, number))
+        return toProtocol(*r);
+    return std::nullopt;
+}
+
 bool CPTZBusinessInterfaceMgr::DeleteCruise(const pp::DeleteCruiseRequest &request,
                                             pp::DeleteCruiseResponse &response)
 {
@@ -609,7 +632,8 @@ bool CPTZBusinessInterfaceMgr::DeleteCruise(const pp::DeleteCruiseRequest &reque
     if (!ResolveCruiseNumber(request.cruise_id, request.cruise_index, &number, &response.error_text))
         return false;
     if (number < kMinPatrol || number > kMaxPatrol)
-        return Fail(tr("Patrol number %1 is outside 1 to 8.").arg(number), &response.error_text);
+        return Fail(tr("Patrol number %1 is outside %2 to %3.").arg(number).arg(kMinPatrol).arg(kMaxPatrol),
+                    &response.error_text);
     CSiteStore *store = CSiteStore::Current();
     if (store->patrol(camera, number)) {
         if (!store->removePatrol(camera, number))

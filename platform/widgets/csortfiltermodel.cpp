@@ -1,5 +1,8 @@
 #include "quillon/csortfiltermodel.h"
 
+#include <QCollator>
+#include <QLocale>
+
 namespace Quillon {
 
 CSortFilterModel::CSortFilterModel(QObject *parent)
@@ -10,52 +13,38 @@ CSortFilterModel::CSortFilterModel(QObject *parent)
 
 CSortFilterModel::~CSortFilterModel() = default;
 
+namespace {
+
+// Numeric mode needs a real locale: the C locale compares code units only.
+QCollator NaturalCollator()
+{
+    QLocale locale;
+    if (locale.language() == QLocale::C)
+        locale = QLocale(QLocale::English, QLocale::UnitedStates);
+    QCollator collator(locale);
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    return collator;
+}
+
+int Sign(int value)
+{
+    return value < 0 ? -1 : (value > 0 ? 1 : 0);
+}
+
+} // namespace
+
 int CSortFilterModel::NaturalCompare(const QString &left, const QString &right)
 {
-    int i = 0;
-    int j = 0;
-    while (i < left.size() && j < right.size()) {
-        const QChar a = left.at(i);
-        const QChar b = right.at(j);
-        if (a.isDigit() && b.isDigit()) {
-            // Compare digit runs by value: skip leading zeros, then length, then digits.
-            int si = i;
-            int sj = j;
-            while (si < left.size() && left.at(si) == QLatin1Char('0'))
-                ++si;
-            while (sj < right.size() && right.at(sj) == QLatin1Char('0'))
-                ++sj;
-            int ei = si;
-            int ej = sj;
-            while (ei < left.size() && left.at(ei).isDigit())
-                ++ei;
-            while (ej < right.size() && right.at(ej).isDigit())
-                ++ej;
-            if (ei - si != ej - sj)
-                return (ei - si) < (ej - sj) ? -1 : 1;
-            for (int k = 0; k < ei - si; ++k) {
-                if (left.at(si + k) != right.at(sj + k))
-                    return left.at(si + k) < right.at(sj + k) ? -1 : 1;
-            }
-            // Equal values: fewer leading zeros first, so the order stays total.
-            if (si - i != sj - j)
-                return (si - i) < (sj - j) ? -1 : 1;
-            i = ei;
-            j = ej;
-            continue;
-        }
-        const QChar fa = a.toCaseFolded();
-        const QChar fb = b.toCaseFolded();
-        if (fa != fb)
-            return fa < fb ? -1 : 1;
-        ++i;
-        ++j;
-    }
-    if (left.size() - i != right.size() - j)
-        return (left.size() - i) < (right.size() - j) ? -1 : 1;
-    // Same text apart from case: fall back to a case-sensitive order.
-    const int c = QString::compare(left, right, Qt::CaseSensitive);
-    return c < 0 ? -1 : (c > 0 ? 1 : 0);
+    // One collator per thread: sorting may run on any thread, and building one is not cheap.
+    thread_local const QCollator collator = NaturalCollator();
+    if (const int c = collator.compare(left, right))
+        return Sign(c);
+    // Equal to the collator ("a7" and "a07", "A" and "a"): shorter first, then
+    // by code unit, so the order stays total and stable.
+    if (left.size() != right.size())
+        return left.size() < right.size() ? -1 : 1;
+    return Sign(QString::compare(left, right, Qt::CaseSensitive));
 }
 
 int CSortFilterModel::CompareValues(const QVariant &left, const QVariant &right) const

@@ -175,6 +175,10 @@
         <translation>The name cannot contain any of these characters:</translation>
     </message>
     <message>
+        <source>PresetNameInvisibleCharacters</source>
+        <translation>The name cannot contain control characters or text-direction marks.</translation>
+    </message>
+    <message>
         <source>NoMoreThan%1CharactersCanBeInput</source>
         <translation>No more than %1 characters can be entered.</translation>
     </message>
@@ -362,6 +366,10 @@
     <message>
         <source>TheInputCannotContainAnyOfTheFollowingCharacters</source>
         <translation>The name cannot contain any of these characters:</translation>
+    </message>
+    <message>
+        <source>PresetNameInvisibleCharacters</source>
+        <translation>The name cannot contain control characters or text-direction marks.</translation>
     </message>
     <message>
         <source>NoMoreThan%1CharactersCanBeInput</source>

@@ -10,14 +10,16 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace ZephPluginManager {
 
 // The host's synchronous PTZ business calls. Each returns false on failure
 // with a readable reason in LastError() and, where the response has one, in
-// its error_text. Unknown cameras and users, preset numbers outside 1-256,
-// patrol numbers outside 1-8 and paths of more than 32 points are refused.
+// its error_text. Unknown cameras and users, preset numbers outside 1-256 and
+// patrols that break the patrol rules (ptz_plugin_protocol/cruisepath.h) are refused.
 //
 // Virtual and fish-eye presets and the client's patrol bookkeeping live in the
 // site store; device presets and patrols are answered from the camera's last
@@ -65,6 +67,14 @@ public:
     bool DeleteCruise(const ptz_plugin_protocol::DeleteCruiseRequest &request,
                       ptz_plugin_protocol::DeleteCruiseResponse &response);
 
+    // The patrols the client keeps for a camera (no device patrols), by slot.
+    std::vector<ptz_plugin_protocol::CruiseInfo> StoredCruises(const QString &camera);
+    std::optional<ptz_plugin_protocol::CruiseInfo> StoredCruise(const QString &camera, int number);
+    // Checks a patrol with the patrol rules and keeps it in the site store,
+    // replacing what the slot held. Every write of a client patrol goes here.
+    bool StorePatrol(const QString &camera, int number, int type, const std::string &name,
+                     const std::vector<ptz_plugin_protocol::CruisePoint> &points, std::string *errorText);
+
     // Settings the controller library writes after the device accepted them.
     bool SetPTZParkAction(const ptz_plugin_protocol::SetParkActionRequest &request);
     bool SetPatrolRecoverConfig(const ptz_plugin_protocol::SetPatrolRecoverConfigRequest &request);
@@ -106,8 +116,11 @@ private:
 
     bool Fail(const QString &error, std::string *errorText = nullptr);
     bool ResolveCruiseNumber(const std::string &cruiseId, int index, int *number, std::string *errorText);
-    bool StorePatrol(const QString &camera, int number, int type, const std::string &name,
-                     const std::vector<ptz_plugin_protocol::CruisePoint> &points, std::string *errorText);
+    // The preset-name rules for a client preset, duplicates among the camera's presets of that type included.
+    bool CheckPresetName(const QString &camera, int number, int type, const std::string &utf8, QString *name,
+                         std::string *errorText);
+    bool ValidateCruise(int number, int type, const std::vector<ptz_plugin_protocol::CruisePoint> &points,
+                        std::string *errorText);
 
     QString m_lastError;
     QString m_clientName;

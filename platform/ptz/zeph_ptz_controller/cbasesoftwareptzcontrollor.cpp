@@ -1,11 +1,13 @@
 #include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
 
+#include "zeph_ptz_controller/cpatrolrunner.h"
 #include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/iptzfisheyecontroller.h"
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
 #include "site_store/csitestore.h"
 #include "tarn/base/logging.h"
+#include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
 #include <QTimer>
 
@@ -29,15 +31,14 @@ site_store::CSiteStore *Store()
 }
 } // namespace
 
-CBaseSoftwarePtzControllor::CBaseSoftwarePtzControllor(QObject *parent) : QObject(parent)
+CBaseSoftwarePtzControllor::CBaseSoftwarePtzControllor(QObject *parent)
+    : QObject(parent)
+    , m_runner(new CPatrolRunner([this](const CruisePoint &point) { VisitPoint(point); }))
 {
     registerMetaTypes();
     m_motion_timer = new QTimer(this);
     m_motion_timer->setInterval(kTickMs);
     connect(m_motion_timer, &QTimer::timeout, this, &CBaseSoftwarePtzControllor::OnMotionTick);
-    m_dwell_timer = new QTimer(this);
-    m_dwell_timer->setSingleShot(true);
-    connect(m_dwell_timer, &QTimer::timeout, this, &CBaseSoftwarePtzControllor::OnDwellEnd);
 }
 
 CBaseSoftwarePtzControllor::~CBaseSoftwarePtzControllor() = default;
@@ -201,6 +202,9 @@ bool CBaseSoftwarePtzControllor::Preset(unsigned int command, PresetInfo &preset
         return false;
     switch (command) {
     case kPresetSet: {
+        if (!preset.preset_name.empty() &&
+            !detail::PresetNameFault(m_camera, preset.preset_index, PRESET_TYPE_FISHEYE, preset.preset_name).isEmpty())
+            return false;
         site_store::VirtualPresetRecord record;
         record.cameraId = m_camera;
         record.number = preset.preset_index;
@@ -265,66 +269,47 @@ bool CBaseSoftwarePtzControllor::Cruise(unsigned int command, int cruise_index, 
 
 bool CBaseSoftwarePtzControllor::StartPtzPatrol(int cruise_index, std::vector<CruisePoint> &points)
 {
-    if (cruise_index < 1 || cruise_index > detail::kMaxCruiseIndex)
-        return false;
     if (points.empty())
         GetPatrolPathByIndex(cruise_index, points);
-    if (points.empty() || !detail::CheckCruisePoints(points, CRUISE_TYPE_SOFTWARE, nullptr).isEmpty())
+    if (points.empty() || !CheckCruisePath(cruise_index, CRUISE_TYPE_SOFTWARE, points).isEmpty())
         return false;
     StopPtzPatrol();
     StopAutoPan();
     m_pan_dir = m_tilt_dir = m_zoom_dir = 0;
     UpdateMotionTimer();
-    m_points = points;
-    m_patrol = cruise_index;
     m_last_patrol = cruise_index;
     if (m_fisheye)
         m_fisheye->SetSelectedWndPatrolling(true, cruise_index);
     ZEPH_LOG_INFO("software patrol %d of %s starts with %d points", cruise_index, qUtf8Printable(m_camera),
                   int(points.size()));
     emit SignalPatrolRunningState(true, cruise_index);
-    VisitPoint(0);
+    m_runner->Start(cruise_index, points);
     return true;
 }
 
 void CBaseSoftwarePtzControllor::StopPtzPatrol()
 {
-    if (m_patrol <= 0)
+    const int stopped = m_runner->Stop();
+    if (stopped <= 0)
         return;
-    const int stopped = m_patrol;
-    m_patrol = 0;
-    m_point = -1;
-    m_points.clear();
-    m_dwell_timer->stop();
     if (m_fisheye)
         m_fisheye->SetSelectedWndPatrolling(false, stopped);
     emit SignalPatrolRunningState(false, stopped);
 }
 
-void CBaseSoftwarePtzControllor::VisitPoint(int index)
+void CBaseSoftwarePtzControllor::VisitPoint(const CruisePoint &point)
 {
-    if (m_points.empty())
-        return;
-    m_point = index % int(m_points.size());
-    const CruisePoint &point = m_points[size_t(m_point)];
     if (site_store::CSiteStore *store = Store()) {
         if (const auto record = store->virtualPreset(m_camera, int(point.preset_index)))
             SetSemisphereFishEyePTZPos(record->pan, record->tilt, record->zoom);
     }
-    m_dwell_timer->start(point.dwell_time * 1000);
-}
-
-void CBaseSoftwarePtzControllor::OnDwellEnd()
-{
-    if (m_patrol > 0)
-        VisitPoint(m_point + 1);
 }
 
 bool CBaseSoftwarePtzControllor::IsPtzPatrolling(int &cruise_index) const
 {
-    if (m_patrol <= 0)
+    if (!m_runner->IsRunning())
         return false;
-    cruise_index = m_patrol;
+    cruise_index = m_runner->Patrol();
     return true;
 }
 
@@ -335,29 +320,24 @@ bool CBaseSoftwarePtzControllor::IsPtzAutoPanning() const
 
 int CBaseSoftwarePtzControllor::GetPatrolPath() const
 {
-    return m_patrol > 0 ? m_patrol : m_last_patrol;
+    return m_runner->IsRunning() ? m_runner->Patrol() : m_last_patrol;
 }
 
 int CBaseSoftwarePtzControllor::GetPatrolPointIndex() const
 {
-    return m_point;
+    return m_runner->PointIndex();
 }
 
 bool CBaseSoftwarePtzControllor::GetPatrolPathByIndex(int cruise_index, std::vector<CruisePoint> &points)
 {
     points.clear();
-    site_store::CSiteStore *store = Store();
-    const auto record = store && !m_camera.isEmpty() ? store->patrol(m_camera, cruise_index) : std::nullopt;
-    if (!record || record->type != CRUISE_TYPE_SOFTWARE)
+    if (m_camera.isEmpty())
         return false;
-    for (const site_store::PatrolPointRecord &r : record->points) {
-        CruisePoint p;
-        p.preset_index = uint32_t(qMax(0, r.preset));
-        p.speed = r.speed;
-        p.dwell_time = r.dwell;
-        p.preset_name = r.presetName.toStdString();
-        points.push_back(p);
-    }
+    const auto patrol =
+        Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->StoredCruise(m_camera, cruise_index);
+    if (!patrol || patrol->cruise_type != CRUISE_TYPE_SOFTWARE)
+        return false;
+    points = patrol->points;
     return true;
 }
 
@@ -366,7 +346,7 @@ bool CBaseSoftwarePtzControllor::DeleteCruise(int cruise_index)
     // The path itself is the host's record; only a running patrol is ours to end.
     if (cruise_index < 1 || cruise_index > detail::kMaxCruiseIndex)
         return false;
-    if (m_patrol == cruise_index)
+    if (m_runner->Patrol() == cruise_index)
         StopPtzPatrol();
     if (m_last_patrol == cruise_index)
         m_last_patrol = 0;

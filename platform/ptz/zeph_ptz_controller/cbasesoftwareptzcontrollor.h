@@ -8,12 +8,14 @@
 #include <QPointer>
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 class QTimer;
 
 namespace zeph_ptz_controller {
 
+class CPatrolRunner;
 class IPTZFishEyeController;
 
 // Software PTZ on a fish-eye picture: moves, auto-pan, fish-eye presets and
@@ -80,8 +82,7 @@ Q_SIGNALS:
 
 private:
     void OnMotionTick();
-    void OnDwellEnd();
-    void VisitPoint(int index);
+    void VisitPoint(const ptz_plugin_protocol::CruisePoint &point);
     void StopAutoPan();
     void UpdateMotionTimer();
 
@@ -101,11 +102,8 @@ private:
     int m_auto_pan_speed = 0;
     QTimer *m_motion_timer = nullptr;
 
-    int m_patrol = 0;          // running patrol, 0 none
+    std::unique_ptr<CPatrolRunner> m_runner;
     int m_last_patrol = 0;
-    int m_point = -1;
-    std::vector<ptz_plugin_protocol::CruisePoint> m_points;
-    QTimer *m_dwell_timer = nullptr;
 };
 
 } // namespace zeph_ptz_controller

@@ -1,5 +1,6 @@
 #include "zeph_ptz_controller/cptzconfigmanager.h"
 
+#include "ptz_plugin_protocol/ptzlimits.h"
 #include "site_store/csitestore.h"
 
 namespace zeph_ptz_controller {
@@ -50,8 +51,9 @@ bool CPTZConfigManager::ShowUserLevel() const
 int CPTZConfigManager::GetTrackNum() const
 {
     site_store::CSiteStore *store = site_store::CSiteStore::Current();
-    const int num = store ? store->intSetting(site_store::CSiteStore::kGetTrackNum, 4) : 4;
-    return num >= 0 ? num : 4;
+    constexpr int fallback = ptz_plugin_protocol::kMaxPatternCount;
+    const int num = store ? store->intSetting(site_store::CSiteStore::kGetTrackNum, fallback) : fallback;
+    return num >= 0 ? num : fallback;
 }
 
 } // namespace zeph_ptz_controller

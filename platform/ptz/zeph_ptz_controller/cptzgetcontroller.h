@@ -17,6 +17,9 @@ struct DriverReply;
 }
 
 namespace zeph_ptz_controller {
+namespace detail {
+struct GetQuery;
+}
 
 // Asynchronous reads for one panel: presets, patrols, patterns and the lock
 // state of a camera, from its driver and the site store. Every Start...
@@ -126,11 +129,13 @@ Q_SIGNALS:
     void SignalGetPTZLockStatusFailed(QString camera_index_code, QString error_text);
 
 private:
-    struct Query;
+    using Query = detail::GetQuery;
     struct Private;
 
+    void Start(int kind, const QString &camera_index_code, int cruise_index = 0);
     void Send(const std::shared_ptr<Query> &query);
     void Later(const std::shared_ptr<Query> &query);
+    void WatchDriver(QObject *driver);
     void OnDriverReplied(const ptz_devices::DriverReply &reply);
     void Complete(const std::shared_ptr<Query> &query);
     void OnPresetsChanged(const QString &camera_index_code);

@@ -54,6 +54,14 @@ void CUniversalPTZController::Preset(const PresetControlRequest &request)
     }
     if (!Admit(pending, ResourceData::PERMISSION_PTZ_CONTROL))
         return;
+    if (op == "SetPreset" && !request.preset_name.empty()) {
+        const QString fault =
+            detail::PresetNameFault(pending->camera, request.preset_index, PRESET_TYPE_DEVICE, request.preset_name);
+        if (!fault.isEmpty()) {
+            FailLater(pending, kErrorInvalidArgument, fault);
+            return;
+        }
+    }
     quint64 id = 0;
     if (op == "SetPreset") {
         QString name = QString::fromStdString(request.preset_name);

@@ -1,11 +1,11 @@
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
+#include "zeph_ptz_controller/cpatrolrunner.h"
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
 #include "site_store/csitestore.h"
 #include "tarn/base/logging.h"
-
-#include <QTimer>
+#include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
 #include <cmath>
 
@@ -33,15 +33,11 @@ QRectF AreaOf(const site_store::VirtualPresetRecord &preset)
 
 } // namespace
 
-CVirtualPtzControllor::CVirtualPtzControllor(QObject *parent) : QObject(parent)
+CVirtualPtzControllor::CVirtualPtzControllor(QObject *parent)
+    : QObject(parent)
+    , m_runner(new CPatrolRunner([this](const CruisePoint &point) { ShowPoint(point); }))
 {
     registerMetaTypes();
-    m_dwell_timer = new QTimer(this);
-    m_dwell_timer->setSingleShot(true);
-    connect(m_dwell_timer, &QTimer::timeout, this, [this] {
-        if (m_patrol > 0)
-            ShowPoint(m_point + 1);
-    });
 }
 
 CVirtualPtzControllor::~CVirtualPtzControllor() = default;
@@ -67,68 +63,46 @@ bool CVirtualPtzControllor::Cruise(unsigned int command, unsigned int value)
     }
     if (command != kCruiseStart || m_camera.isEmpty() || value < 1 || value > unsigned(detail::kMaxCruiseIndex))
         return false;
-    site_store::CSiteStore *store = site_store::CSiteStore::Current();
-    const auto record = store ? store->patrol(m_camera, int(value)) : std::nullopt;
-    if (!record || record->type != CRUISE_TYPE_VIRTUAL || record->points.isEmpty())
+    const auto patrol =
+        Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->StoredCruise(m_camera, int(value));
+    if (!patrol || patrol->cruise_type != CRUISE_TYPE_VIRTUAL || patrol->points.empty())
         return false;
-    std::vector<CruisePoint> points;
-    for (const site_store::PatrolPointRecord &r : record->points) {
-        CruisePoint p;
-        p.preset_index = uint32_t(qMax(0, r.preset));
-        p.speed = r.speed;
-        p.dwell_time = r.dwell;
-        p.preset_name = r.presetName.toStdString();
-        points.push_back(p);
-    }
-    if (!detail::CheckCruisePoints(points, CRUISE_TYPE_VIRTUAL, nullptr).isEmpty())
+    if (!detail::CheckCruisePoints(patrol->points, CRUISE_TYPE_VIRTUAL, nullptr).isEmpty())
         return false;
     StopRunning(true);
-    m_points = points;
-    m_patrol = int(value);
-    ZEPH_LOG_INFO("virtual patrol %d of %s starts", m_patrol, qUtf8Printable(m_camera));
-    emit SignalCruiseStateChanged(m_camera, m_patrol, true);
-    ShowPoint(0);
+    ZEPH_LOG_INFO("virtual patrol %u of %s starts", value, qUtf8Printable(m_camera));
+    emit SignalCruiseStateChanged(m_camera, int(value), true);
+    m_runner->Start(int(value), patrol->points);
     return true;
 }
 
-void CVirtualPtzControllor::ShowPoint(int index)
+void CVirtualPtzControllor::ShowPoint(const CruisePoint &point)
 {
-    if (m_points.empty())
-        return;
-    m_point = index % int(m_points.size());
-    const CruisePoint &point = m_points[size_t(m_point)];
     site_store::CSiteStore *store = site_store::CSiteStore::Current();
     if (const auto preset = store ? store->virtualPreset(m_camera, int(point.preset_index)) : std::nullopt) {
         const QRectF area = AreaOf(*preset);
         SetDigitalZoomStyle(1, area.left(), area.top(), area.right(), area.bottom());
     }
-    m_dwell_timer->start(point.dwell_time * 1000);
 }
 
 void CVirtualPtzControllor::StopRunning(bool notify)
 {
-    if (m_patrol <= 0)
-        return;
-    const int stopped = m_patrol;
-    m_patrol = 0;
-    m_point = -1;
-    m_points.clear();
-    m_dwell_timer->stop();
-    if (notify)
+    const int stopped = m_runner->Stop();
+    if (stopped > 0 && notify)
         emit SignalCruiseStateChanged(m_camera, stopped, false);
 }
 
 bool CVirtualPtzControllor::GetRunningState(unsigned int &cruise_index) const
 {
-    if (m_patrol <= 0)
+    if (!m_runner->IsRunning())
         return false;
-    cruise_index = unsigned(m_patrol);
+    cruise_index = unsigned(m_runner->Patrol());
     return true;
 }
 
 bool CVirtualPtzControllor::IsRunningPatrol() const
 {
-    return m_patrol > 0;
+    return m_runner->IsRunning();
 }
 
 void CVirtualPtzControllor::SetDigitalZoomStyle(int style, double left, double top, double right, double bottom)
@@ -157,7 +131,7 @@ QRectF CVirtualPtzControllor::GetDigitalZoomRect() const
 
 int CVirtualPtzControllor::GetPatrolPointIndex() const
 {
-    return m_point;
+    return m_runner->PointIndex();
 }
 
 } // namespace zeph_ptz_controller

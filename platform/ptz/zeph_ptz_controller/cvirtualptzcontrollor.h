@@ -8,11 +8,11 @@
 #include <QRectF>
 #include <QString>
 
-#include <vector>
-
-class QTimer;
+#include <memory>
 
 namespace zeph_ptz_controller {
+
+class CPatrolRunner;
 
 // Patrols over the client's virtual presets (CruiseType 3). A virtual preset
 // is a digitally zoomed part of the live picture; the patrol shows each
@@ -54,16 +54,13 @@ Q_SIGNALS:
     void SignalDigitalZoomStyleChanged(int style, QRectF area);
 
 private:
-    void ShowPoint(int index);
+    void ShowPoint(const ptz_plugin_protocol::CruisePoint &point);
     void StopRunning(bool notify);
 
     QString m_camera;
     int m_style = 0;
     QRectF m_area;
-    int m_patrol = 0;
-    int m_point = -1;
-    std::vector<ptz_plugin_protocol::CruisePoint> m_points;
-    QTimer *m_dwell_timer = nullptr;
+    std::unique_ptr<CPatrolRunner> m_runner;
 };
 
 } // namespace zeph_ptz_controller

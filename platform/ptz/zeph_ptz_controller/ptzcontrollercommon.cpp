@@ -1,6 +1,8 @@
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
+#include "ptz_plugin_protocol/presetname.h"
 #include "ptz_devices/iptzdriver.h"
+#include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 
 #include <QCoreApplication>
@@ -108,56 +110,51 @@ ptz_devices::DevicePatrolPoint ToDevicePoint(const CruisePoint &point)
     return p;
 }
 
+CruisePathLimits CruiseLimitsFor(int cruise_type, ptz_devices::IPtzDriver *driver)
+{
+    CruisePathLimits limits = DefaultCruisePathLimits(cruise_type);
+    if (cruise_type == CRUISE_TYPE_SOFTWARE || cruise_type == CRUISE_TYPE_VIRTUAL || !driver)
+        return limits;
+    const ptz_devices::DriverCapabilities caps = driver->capabilities();
+    limits.max_points = qMin(limits.max_points, caps.pointsPerPatrol);
+    limits.min_speed = caps.minSpeed;
+    limits.max_speed = caps.maxSpeed;
+    limits.min_dwell = caps.minDwellSeconds;
+    limits.max_dwell = caps.maxDwellSeconds;
+    return limits;
+}
+
 QString CheckCruisePoints(const std::vector<CruisePoint> &points, int cruise_type, ptz_devices::IPtzDriver *driver)
 {
-    int max_points = kMaxCruisePoints;
-    int min_speed = kMinSpeed;
-    int max_speed = kMaxSpeed;
-    int min_dwell = 1;
-    int max_dwell = kSoftwareMaxDwell;
-    bool check_speed = true;
-    switch (cruise_type) {
-    case CRUISE_TYPE_SOFTWARE:
-        min_dwell = kSoftwareMinDwell;
-        max_dwell = kSoftwareMaxDwell;
-        break;
-    case CRUISE_TYPE_VIRTUAL:
-        min_dwell = kVirtualMinDwell;
-        max_dwell = kVirtualMaxDwell;
-        check_speed = false; // points over virtual presets carry no speed
-        break;
-    default:
-        if (driver) {
-            const ptz_devices::DriverCapabilities caps = driver->capabilities();
-            max_points = qMin(max_points, caps.pointsPerPatrol);
-            min_speed = caps.minSpeed;
-            max_speed = caps.maxSpeed;
-            min_dwell = caps.minDwellSeconds;
-            max_dwell = caps.maxDwellSeconds;
+    return ptz_plugin_protocol::CheckCruisePoints(points, CruiseLimitsFor(cruise_type, driver));
+}
+
+QString PresetNameFault(const QString &camera_index_code, int preset_index, int preset_type,
+                        const std::string &utf8_name)
+{
+    const QString fault = CheckPresetName(utf8_name);
+    if (!fault.isEmpty())
+        return fault;
+    const QString name = QString::fromStdString(utf8_name);
+    auto taken = [&](int number, int type, const QString &other) {
+        return number != preset_index && type == preset_type && other == name;
+    };
+    if (preset_type == PRESET_TYPE_DEVICE) {
+        for (const PresetInfo &p : CPTZDataCache::Instance()->Presets(camera_index_code)) {
+            if (taken(p.preset_index, p.preset_type, QString::fromStdString(p.preset_name)))
+                return DuplicatePresetNameError(name);
         }
-        break;
-    }
-    if (int(points.size()) > max_points)
-        return Tr("A patrol holds at most %1 points.").arg(max_points);
-    for (size_t i = 0; i < points.size(); ++i) {
-        const CruisePoint &p = points[i];
-        if (p.preset_index < 1 || p.preset_index > uint32_t(kMaxPresetIndex))
-            return Tr("Point %1 names preset %2; presets are numbered 1 to %3.")
-                .arg(i + 1)
-                .arg(p.preset_index)
-                .arg(kMaxPresetIndex);
-        if (check_speed && (p.speed < min_speed || p.speed > max_speed))
-            return Tr("The speed %1 of point %2 is outside %3 to %4.")
-                .arg(p.speed)
-                .arg(i + 1)
-                .arg(min_speed)
-                .arg(max_speed);
-        if (p.dwell_time < min_dwell || p.dwell_time > max_dwell)
-            return Tr("The dwell time %1 s of point %2 is outside %3 to %4 s.")
-                .arg(p.dwell_time)
-                .arg(i + 1)
-                .arg(min_dwell)
-                .arg(max_dwell);
+        if (const auto camera = CameraManager()->GetCameraByID(camera_index_code)) {
+            for (const ptz_devices::DevicePreset &p : camera->GetKnownDevicePresets()) {
+                if (taken(p.number, PRESET_TYPE_DEVICE, p.name))
+                    return DuplicatePresetNameError(name);
+            }
+        }
+    } else if (site_store::CSiteStore *store = site_store::CSiteStore::Current()) {
+        for (const site_store::VirtualPresetRecord &r : store->virtualPresets(camera_index_code)) {
+            if (taken(r.number, r.type, r.name))
+                return DuplicatePresetNameError(name);
+        }
     }
     return QString();
 }

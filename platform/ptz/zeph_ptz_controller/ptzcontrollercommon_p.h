@@ -1,6 +1,8 @@
 #pragma once
 
+#include "ptz_plugin_protocol/cruisepath.h"
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 
 #include "tarn/base/singleton.h"
 
@@ -22,18 +24,18 @@ class CCamera;
 namespace zeph_ptz_controller {
 namespace detail {
 
-// Limits of the boundary, whatever the device reports beyond them.
-constexpr int kMaxPresetIndex = 256;
-constexpr int kMaxCruiseIndex = 8;
-constexpr int kMaxCruisePoints = 32;
-constexpr int kMinSpeed = 1;
-constexpr int kMaxSpeed = 40;
-constexpr int kSoftwareMinDwell = 2;
-constexpr int kSoftwareMaxDwell = 30;
-constexpr int kVirtualMinDwell = 15;
-constexpr int kVirtualMaxDwell = 30;
-constexpr int kDefaultLockSeconds = 300;
-constexpr int kMaxLockSeconds = 3600;
+// The boundary's limits, under the names this library's sources use.
+using ptz_plugin_protocol::kDefaultLockSeconds;
+using ptz_plugin_protocol::kMaxCruiseIndex;
+using ptz_plugin_protocol::kMaxCruisePoints;
+using ptz_plugin_protocol::kMaxLockSeconds;
+using ptz_plugin_protocol::kMaxPresetIndex;
+using ptz_plugin_protocol::kMaxSpeed;
+using ptz_plugin_protocol::kMinSpeed;
+using ptz_plugin_protocol::kSoftwareMaxDwell;
+using ptz_plugin_protocol::kSoftwareMinDwell;
+using ptz_plugin_protocol::kVirtualMaxDwell;
+using ptz_plugin_protocol::kVirtualMinDwell;
 
 QString Tr(const char *text);
 
@@ -59,9 +61,17 @@ ptz_plugin_protocol::PresetInfo ToPresetInfo(const ptz_devices::DevicePreset &pr
 ptz_plugin_protocol::CruisePoint ToCruisePoint(const ptz_devices::DevicePatrolPoint &point);
 ptz_devices::DevicePatrolPoint ToDevicePoint(const ptz_plugin_protocol::CruisePoint &point);
 
-// Checks a patrol path against the limits of its kind; empty text when valid.
+// Patrol limits of a kind, narrowed to what the camera's driver reports for device patrols.
+ptz_plugin_protocol::CruisePathLimits CruiseLimitsFor(int cruise_type, ptz_devices::IPtzDriver *driver);
+// The points of a path against the limits of its kind; empty text when valid.
 QString CheckCruisePoints(const std::vector<ptz_plugin_protocol::CruisePoint> &points, int cruise_type,
                           ptz_devices::IPtzDriver *driver);
+
+// A name a request carries for preset `preset_index` of `preset_type`: the
+// name rules, and no other preset of that type on the camera called the same.
+// A readable reason, empty when the name may be kept.
+QString PresetNameFault(const QString &camera_index_code, int preset_index, int preset_type,
+                        const std::string &utf8_name);
 
 // Data read from devices and the store, shared by every getter controller so
 // that a static lookup (GetPresetByIndexSync) and the universal controller's
