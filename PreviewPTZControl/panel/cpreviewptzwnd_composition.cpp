@@ -6,6 +6,8 @@
 #include "ui_cptzpanelleft.h"
 #include "ui_cptzpanelright.h"
 
+#include "patrol/ccruisetablemodel.h"
+#include "patrol/ccruisetableview.h"
 #include "preset/cpresettableview.h"
 
 #include "quillon/cscrollarea.h"
@@ -146,6 +148,9 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
     }
     // The lists choose their own icons and row colours; the patrol and pattern lists follow once they exist.
     ui_right_->m_pTreeViewPreset->SetWhiteTheme(white);
+    ui_right_->m_pTreeViewPatrol->SetWhiteTheme(white);
+    if (ptr_cruise_model_)
+        ptr_cruise_model_->SetWhiteTheme(white);
 }
 
 } // namespace PreviewPTZControl
