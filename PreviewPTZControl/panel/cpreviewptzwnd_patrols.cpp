@@ -114,7 +114,10 @@ void CPreviewPTZWnd::ShowPatrolEditPage()
 
 void CPreviewPTZWnd::SetPatrolEditLabel(int patrol_no)
 {
-    ui_right_->pPatrolNameLabel->setText(tr("ThePathToThe%wFHUZzrWxBzbnqaB").arg(patrol_no, 0, 10, QLatin1Char(' ')));
+    const QString text = tr("ThePathToThe%wFHUZzrWxBzbnqaB");
+    // Without its translation the key carries no place for the number.
+    ui_right_->pPatrolNameLabel->setText(text.contains(QLatin1String("%1")) ? text.arg(patrol_no, 0, 10, QLatin1Char(' '))
+                                                                           : text);
 }
 
 void CPreviewPTZWnd::UpdatePatrolPageState(bool running, int row)

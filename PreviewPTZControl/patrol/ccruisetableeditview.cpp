@@ -24,7 +24,9 @@ void Repolish(QWidget *widget)
 CCruiseTableEditView::CCruiseTableEditView(QWidget *parent)
     : Quillon::CTableView(parent)
 {
+    // The signal names the type unqualified; both spellings are known to the meta-type system.
     qRegisterMetaType<CCruiseTableEditView::IndexPlace>();
+    qRegisterMetaType<CCruiseTableEditView::IndexPlace>("CCruiseTableEditView::IndexPlace");
     edit_model_ = new CCruiseTableEditModel(this);
     setModel(edit_model_);
     setSelectionMode(QAbstractItemView::SingleSelection);
