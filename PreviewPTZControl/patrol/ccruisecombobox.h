@@ -3,6 +3,7 @@
 #include "previewptzcontrol_export.h"
 
 #include <QComboBox>
+#include <QStandardItemModel>
 #include <QPair>
 #include <QString>
 #include <QVector>
@@ -20,6 +21,11 @@ public:
     using Entries = QVector<Entry>;
 
     CCruiseComboBox(const Entries &entries, int current_value, QWidget *parent = nullptr);
+    // Shows entries kept in a model shared by many drop-downs (text in Qt::DisplayRole, value in
+    // Qt::UserRole), which is far cheaper than copying them into each one.
+    CCruiseComboBox(QAbstractItemModel *shared_entries, int current_value, QWidget *parent = nullptr);
+    // A model of entries, as the shared constructor takes it.
+    static QStandardItemModel *BuildEntryModel(const Entries &entries, QObject *parent);
     ~CCruiseComboBox() override;
 
     // Selects the first entry holding the value; leaves the selection alone when none does.
@@ -31,6 +37,13 @@ public:
     Entry CurrentEntry() const;
     bool HasValue(int value) const;
 
+    // The pop-up list with the library's scroll bar. Built when the list first opens: an editor
+    // holds up to 96 drop-downs, and building every pop-up at once would make opening it slow.
+    void EnsurePopupView();
+    void showPopup() override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 signals:
     // The user pressed on the drop-down: its row becomes the editor's current row.
     void SignalPressed();
@@ -39,6 +52,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+
+private:
+    bool popup_view_ready_ = false;
+    bool shared_model_ = false;
 };
 
 } // namespace PreviewPTZControl

@@ -20,6 +20,8 @@ CCruiseTableEditModel::CCruiseTableEditModel(QObject *parent)
     }
     for (int speed = kMinSpeed; speed <= kMaxSpeed; ++speed)
         speed_entries_.append({QString::number(speed), speed});
+    speed_entry_model_ = CCruiseComboBox::BuildEntryModel(speed_entries_, this);
+    preset_entry_model_ = CCruiseComboBox::BuildEntryModel({}, this);
     SetDwellRange(min_dwell_, max_dwell_);
 }
 
@@ -37,6 +39,10 @@ void CCruiseTableEditModel::SetDwellRange(int min_time, int max_time)
     dwell_entries_.clear();
     for (int seconds = min_time; seconds <= max_time; ++seconds)
         dwell_entries_.append({QString::number(seconds), seconds});
+    // Drop-downs still showing the old entries keep them until they go with their rows.
+    if (dwell_entry_model_)
+        dwell_entry_model_->deleteLater();
+    dwell_entry_model_ = CCruiseComboBox::BuildEntryModel(dwell_entries_, this);
 }
 
 void CCruiseTableEditModel::LoadPath(const ptz_plugin_protocol::GetCruiseRouteResponse &,
@@ -50,6 +56,9 @@ void CCruiseTableEditModel::LoadPath(const ptz_plugin_protocol::GetCruiseRouteRe
         const QString name = QString::fromStdString(preset.preset_name);
         preset_entries_.append({name.isEmpty() ? tr("Preset%1").arg(preset.preset_index) : name, preset.preset_index});
     }
+    if (preset_entry_model_)
+        preset_entry_model_->deleteLater();
+    preset_entry_model_ = CCruiseComboBox::BuildEntryModel(preset_entries_, this);
 }
 
 CCruiseComboBox::Entry CCruiseTableEditModel::PresetEntryOf(const ptz_plugin_protocol::CruisePoint &point) const

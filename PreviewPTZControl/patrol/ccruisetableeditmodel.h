@@ -53,6 +53,11 @@ public:
     void SetCellValue(int row, int column, const CCruiseComboBox::Entry &entry);
     std::vector<ptz_plugin_protocol::CruisePoint> Points() const;
 
+    // The same entries as models the drop-downs share; rebuilt with the entries.
+    QAbstractItemModel *PresetEntryModel() const { return preset_entry_model_; }
+    QAbstractItemModel *SpeedEntryModel() const { return speed_entry_model_; }
+    QAbstractItemModel *DwellEntryModel() const { return dwell_entry_model_; }
+
     const CCruiseComboBox::Entries &PresetEntries() const { return preset_entries_; }
     const CCruiseComboBox::Entries &SpeedEntries() const { return speed_entries_; }
     const CCruiseComboBox::Entries &DwellEntries() const { return dwell_entries_; }
@@ -66,6 +71,9 @@ private:
     CCruiseComboBox::Entries preset_entries_;
     CCruiseComboBox::Entries speed_entries_;
     CCruiseComboBox::Entries dwell_entries_;
+    QStandardItemModel *preset_entry_model_ = nullptr;
+    QStandardItemModel *speed_entry_model_ = nullptr;
+    QStandardItemModel *dwell_entry_model_ = nullptr;
     int min_dwell_ = 15;
     int max_dwell_ = 30;
 };

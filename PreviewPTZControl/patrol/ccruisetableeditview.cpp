@@ -66,10 +66,10 @@ void CCruiseTableEditView::SetPath(const ptz_plugin_protocol::GetCruiseRouteResp
 
 void CCruiseTableEditView::PlaceComboBoxes(int row, const CCruiseComboBox::Entry &preset, int speed, int dwell_time)
 {
-    auto *preset_combo = new CCruiseComboBox(edit_model_->PresetEntries(), preset.second);
+    auto *preset_combo = new CCruiseComboBox(edit_model_->PresetEntryModel(), preset.second);
     preset_combo->SelectEntry(preset);
-    auto *speed_combo = new CCruiseComboBox(edit_model_->SpeedEntries(), speed);
-    auto *time_combo = new CCruiseComboBox(edit_model_->DwellEntries(), dwell_time);
+    auto *speed_combo = new CCruiseComboBox(edit_model_->SpeedEntryModel(), speed);
+    auto *time_combo = new CCruiseComboBox(edit_model_->DwellEntryModel(), dwell_time);
     CCruiseComboBox *combos[CCruiseTableEditModel::kColumnCount] = {preset_combo, speed_combo, time_combo};
     for (int column = 0; column < CCruiseTableEditModel::kColumnCount; ++column) {
         CCruiseComboBox *combo = combos[column];

@@ -1,6 +1,8 @@
 #include "cliveview.h"
 
 #include "ptz_devices/iptzdriver.h"
+#include "site_store/csitestore.h"
+#include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
@@ -97,6 +99,9 @@ CLiveView::CLiveView(unsigned int screen, QWidget *parent)
     auto *timer = new QTimer(this);
     connect(timer, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
     timer->start(40);
+    m_virtual = new zeph_ptz_controller::CVirtualPtzControllor(this);
+    connect(m_virtual, &zeph_ptz_controller::CVirtualPtzControllor::SignalDigitalZoomStyleChanged, this,
+            QOverload<>::of(&QWidget::update));
 }
 
 const QImage &CLiveView::Panorama()
@@ -112,6 +117,10 @@ void CLiveView::SetCamera(const QString &cameraId, const QString &name, ptz_devi
     m_name = name;
     m_driver = driver;
     m_fishEye = fishEye;
+    // Another camera: a patrol over the old one's virtual presets ends, and so does its zoom.
+    m_virtual->SetCamera(cameraId);
+    if (!m_virtual->IsRunningPatrol())
+        m_virtual->SetDigitalZoomStyle(0, -1, -1, -1, -1);
     update();
 }
 
@@ -141,8 +150,20 @@ void CLiveView::paintEvent(QPaintEvent *)
         painter.drawText(rect(), Qt::AlignCenter, tr("Screen %1: drop a camera here").arg(m_screen + 1));
     } else if (m_fishEye) {
         PaintFishEye(painter, rect());
+    } else if (m_virtual->GetDigitalZoomStyle() != 0) {
+        // Digital zoom: the part of the picture the virtual preset keeps fills the screen.
+        QImage picture(size(), QImage::Format_RGB32);
+        QPainter scene(&picture);
+        PaintScene(scene, rect(), false);
+        scene.end();
+        const QRectF zoom = m_virtual->GetDigitalZoomRect();
+        const QRectF source(zoom.left() * width(), zoom.top() * height(), zoom.width() * width(),
+                            zoom.height() * height());
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRectF(rect()), picture, source);
+        PaintOverlay(painter, rect());
     } else {
-        PaintScene(painter, rect());
+        PaintScene(painter, rect(), true);
     }
     if (m_dragging) {
         painter.setPen(QPen(QColor(255, 210, 80), 2, Qt::DashLine));
@@ -159,7 +180,7 @@ void CLiveView::paintEvent(QPaintEvent *)
     painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }
 
-void CLiveView::PaintScene(QPainter &painter, const QRect &area)
+void CLiveView::PaintScene(QPainter &painter, const QRect &area, bool overlay)
 {
     const ptz_devices::DeviceStatus status = m_driver ? m_driver->status() : ptz_devices::DeviceStatus();
     const QImage &pano = Panorama();
@@ -187,12 +208,35 @@ void CLiveView::PaintScene(QPainter &painter, const QRect &area)
     if (!status.connected)
         painter.fillRect(area, QColor(0, 0, 0, 160));
     painter.restore();
+    if (overlay)
+        PaintOverlay(painter, area);
+}
 
+QString CLiveView::VirtualPatrolText() const
+{
+    unsigned int patrol = 0;
+    if (!m_virtual->GetRunningState(patrol))
+        return QString();
+    site_store::CSiteStore *store = site_store::CSiteStore::Current();
+    const auto record = store ? store->patrol(m_cameraId, int(patrol)) : std::nullopt;
+    const int count = record ? record->points.size() : 0;
+    return tr("patrol %1 \u00b7 point %2 of %3").arg(patrol).arg(m_virtual->GetPatrolPointIndex() + 1).arg(count);
+}
+
+void CLiveView::PaintOverlay(QPainter &painter, const QRect &area)
+{
+    const ptz_devices::DeviceStatus status = m_driver ? m_driver->status() : ptz_devices::DeviceStatus();
     QStringList running;
     if (status.autoScan)
         running << tr("AUTO-SCAN");
     if (status.runningPatrol > 0)
-        running << tr("PATROL %1").arg(status.runningPatrol);
+        running << tr("patrol %1 \u00b7 point %2 of %3")
+                       .arg(status.runningPatrol)
+                       .arg(status.patrolPoint)
+                       .arg(status.patrolPointCount);
+    const QString virtual_patrol = VirtualPatrolText();
+    if (!virtual_patrol.isEmpty())
+        running << virtual_patrol;
     if (status.runningPattern > 0)
         running << tr("PATTERN %1").arg(status.runningPattern);
     if (status.recordingPattern > 0)

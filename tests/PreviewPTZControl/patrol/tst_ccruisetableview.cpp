@@ -181,6 +181,7 @@ void TstCCruiseTableView::comboBoxEntriesAndSelection()
     combo.SetCurrentValue(4);
     QCOMPARE(combo.currentText(), QStringLiteral("Gate"));
     // The drop-down's list scrolls with the library's bar.
+    combo.EnsurePopupView();
     auto *bar = qobject_cast<Quillon::CScrollBar *>(combo.view()->verticalScrollBar());
     QVERIFY(bar);
     QCOMPARE(bar->objectName(), QStringLiteral("CruiseScrollBar"));
