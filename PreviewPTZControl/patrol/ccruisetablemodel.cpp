@@ -97,6 +97,10 @@ void CCruiseTableModel::SetWhiteTheme(bool white)
         return;
     icons_ = CPatrolPathIcon(white);
     for (int row = 0; row < kRowCount; ++row) {
+        // The host's style manager has the theme's colours by now.
+        if (Quillon::CStandardItem *name = GetItem(row, kColumnName))
+            name->setData(NameColor(index(row, kColumnAction).data(PatrolConfiguredRole).toBool()),
+                          Quillon::ItemTextColorRole);
         Quillon::CStandardItem *action = GetItem(row, kColumnAction);
         if (!action)
             continue;
