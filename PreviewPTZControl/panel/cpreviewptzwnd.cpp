@@ -35,15 +35,6 @@ using zeph_ptz_controller::CVirtualPtzControllor;
 
 int CPreviewPTZWnd::current_user_ptz_perm_ = -1;
 
-namespace {
-// Installations whose preset tab shows no add row unless the configuration asks for it.
-const QStringList &CompactPresetProducts()
-{
-    static const QStringList products{QStringLiteral("ZephViewLite"), QStringLiteral("ZephViewKiosk")};
-    return products;
-}
-} // namespace
-
 CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, bool b_playback, QWidget *parent)
     : CBasicPTZWnd(parent), screen_index_(screen_index), panel_kind_(b_playback ? 2u : 1u)
 {
@@ -136,8 +127,7 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
         ui_right_->ptr_face_capture_btn_->hide();
         ui_right_->label_7->hide();
     }
-    const QString product = Tarn::Base::CSingleton<ZephPluginManager::CZephPluginConfigMgr>::Instance()->GetProductType();
-    if (!config->ShowPreSetTabWidget() && CompactPresetProducts().contains(product))
+    if (!config->ShowPreSetTabWidget() && IsCompactProduct())
         ui_right_->widget->hide();
 
     ConnectLockStrip();

@@ -6,9 +6,11 @@
 #include "boundary/ptzcontrolparam.h"
 #include "boundary/ptzcontroltypes.h"
 #include "panel/cbasicptzwnd.h"
+#include "patrol/ccruisetableeditview.h"
 
 #include <QMap>
 #include <QModelIndex>
+#include <QPersistentModelIndex>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QString>
@@ -29,8 +31,9 @@ class IPTZFishEyeController;
 } // namespace zeph_ptz_controller
 
 namespace Quillon {
+class CDataObjectMapper;
 class CScrollArea;
-}
+} // namespace Quillon
 
 namespace PreviewPTZControl {
 
@@ -43,6 +46,8 @@ class CCruiseRecoverConfigDlg;
 class CSortPresetFilterModel;
 // patterns
 class CPatternTableModel;
+// patrols
+class CCruiseTableModel;
 
 namespace Ui {
 class CPTZPanelLeft;
@@ -192,6 +197,29 @@ public slots:
     void OnPatternPlayCtl(const QModelIndex &index, bool play);
     void OnPatternRecordCtl(const QModelIndex &index, bool record);
     void OnPatternDeleteControl(const QModelIndex &index);
+    // patrols (cpreviewptzwnd_patrols.cpp, cpreviewptzwnd_patroledit.cpp)
+    void OnCruisePlay(const QModelIndex &index, bool b_play);
+    void OnCruiseEdit(const QModelIndex &index);
+    void OnCruiseDelete(const QModelIndex &index);
+    void OnCruiseCtlIconChanged(CCruiseTableEditView::IndexPlace place);
+    void OnFinishEditCruisePath();
+    void OnCancelEditCruisePath();
+    void OnCruiseAddPreset();
+    void OnCruiseDelPreset();
+    void OnCruiseUpPreset();
+    void OnCruiseDownPreset();
+    void OnPatrolSaveIconChanged(bool b_empty);
+    void OnGetPatrolTypeSucBeforeOpen(int iPatrolPath, PreviewPTZControl::CruiseType enum_cruise_type,
+                                      const QString &index_code, int min_time, int max_time) override;
+    void OnGetPatrolTypeSucBeforeDelete(int iPatrolPath, PreviewPTZControl::CruiseType enum_cruise_type,
+                                        const QString &index_code) override;
+    void OnGetSinglePatrolSuc(const QString &camera_index_code, int i_patrol_path) override;
+    void OnGetPatrolTypeSuc(int i_patrol_path, bool b_stop_action, PreviewPTZControl::CruiseType cruise_type,
+                            const std::list<ptz_plugin_protocol::CruisePoint> &lst_cruise_point) override;
+    void OnGetPatrolFailed(const QString &camera_index_code, int i_patrol_path, const QString &error_info) override;
+    void OnSetHardwarePatrolFinish(const QString &camera_index_code) override;
+    void OnSetSoftwarePatrolFinish(const QString &camera_index_code) override;
+    void OnSetPatrolFailed(const QString &camera_index_code, const QString &error_info) override;
 
 signals:
     void SignalFunctionEnabled(int function_id, bool enabled);
@@ -263,10 +291,32 @@ private:
     void DoPresetOperate(const QModelIndex &index, const std::string &operation);
     bool CheckPresetNameValid(const QString &name, const QModelIndex &index);
 
-    // Patrols (cpreviewptzwnd_patrols.cpp).
+    // Patrols (cpreviewptzwnd_patrols.cpp, cpreviewptzwnd_patroledit.cpp).
     void InitPatrolTab();
+    void EnsurePatrolList();
     void UpdatePatrolPageState(bool running, int row);
     void SetPatrolUiStateWithPresetType(PTZPresetType type);
+    void UpdatePatrolEditPageState(int type);
+    void EnterVacantPatrolEditView();
+    void ShowPatrolListPage();
+    void ShowPatrolEditPage();
+    void SetPatrolEditLabel(int patrol_no);
+    void SwitchPatrolEditorPresetType();
+    void ShowPatrolPath(const ptz_plugin_protocol::GetCruiseRouteResponse &route);
+    void SetPatrolEditorDwellRange(int min_time, int max_time);
+    bool CheckCruiseNameValid(const QString &name, const QModelIndex &index);
+    // Running patrol of the panel's camera as its controllers report it (1-based, 0 none).
+    int RunningPatrolNumber() const;
+    void SyncPatrolRunningMark();
+    // A patrol request is out: the page (or the panel's controls) wait for its answer, and a
+    // guard brings them back should none come.
+    void SetPatrolPageWaiting(bool waiting);
+    void SetPatrolControlsWaiting(bool waiting);
+    void UpdatePatrolAnswerGuard();
+    void OnPatrolAnswerMissing();
+    void OnPatrolQueryFailed(const QString &camera_index_code, int patrol_no, const QString &error_info);
+    void StartDevicePatrolCommand(int patrol_no, bool b_stop);
+    QString CameraName() const;
 
     // Patterns (cpreviewptzwnd_patterns.cpp).
     void InitPattenTab();
@@ -355,6 +405,21 @@ private:
 
     QMap<QString, bool> lockedByCamera;
     int remembered_patrol_no_ = 1;
+
+    // patrols
+    CCruiseTableModel *ptr_cruise_model_ = nullptr;
+    Quillon::CDataObjectMapper *ptr_patrol_page_mapper_ = nullptr;
+    QTimer *patrol_answer_timer_ = nullptr;
+    int deleting_patrol_no_ = 0;
+    QPersistentModelIndex deleting_patrol_index_;
+    int editing_cruise_type_ = 0; // CruiseType of the slot opened for editing
+    QString editing_cruise_id_;   // the text that came with that type
+    int reported_dwell_min_ = 15; // dwell range reported with the type
+    int reported_dwell_max_ = 30;
+    int editor_dwell_min_ = 15;   // range the editor offers
+    int editor_dwell_max_ = 30;
+    bool b_patrol_page_waiting_ = false;
+    bool b_patrol_controls_waiting_ = false;
 
     static int current_user_ptz_perm_;
 

@@ -6,6 +6,8 @@
 #include "ui_cptzpanelleft.h"
 #include "ui_cptzpanelright.h"
 
+#include "patrol/ccruisetablemodel.h"
+#include "patrol/ccruisetableview.h"
 #include "preset/cpresettableview.h"
 
 #include "quillon/cscrollarea.h"
@@ -148,6 +150,9 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
     ui_right_->m_pTreeViewPreset->SetWhiteTheme(white);
     ui_right_->m_pTreeViewPatten->SetWhiteTheme(white);
     ui_left_->pLockFrame->SwitchTheme(white);
+    ui_right_->m_pTreeViewPatrol->SetWhiteTheme(white);
+    if (ptr_cruise_model_)
+        ptr_cruise_model_->SetWhiteTheme(white);
 }
 
 } // namespace PreviewPTZControl

@@ -435,6 +435,7 @@ void CPreviewPTZWnd::OnDeviceOrVirtualPresetSwitch()
 {
     const bool virtual_preset = sender() == ui_right_->btn_virtual_preset;
     SetPresetType(virtual_preset ? ptz_plugin_protocol::PRESET_TYPE_VIRTUAL : ptz_plugin_protocol::PRESET_TYPE_DEVICE);
+    SwitchPatrolEditorPresetType();
     UpdateCurrentPtzPageState(false);
     // The count and the add button follow the kind now in force once the list is read again.
     if (ptr_ptz_get_controller_ && !camera_index_code_.isEmpty())

@@ -180,9 +180,8 @@ void CPreviewPTZWnd::OnTabIndexChanged(int)
             ui_right_->m_pTabPreset->setEnabled(false);
         }
     } else if (page == ui_right_->m_pTabCruise) {
-        ui_right_->pPatrolModifyFrame->hide();
-        ui_right_->m_pTreeViewPatrol->show();
-        ui_right_->pPatrolNameLabel->setText(tr("ThePathToThe%wFHUZzrWxBzbnqaB").arg(remembered_patrol_no_));
+        ShowPatrolListPage();
+        SetPatrolEditLabel(remembered_patrol_no_);
         if (!b_cascade_ && !camera_index_code_.isEmpty()) {
             ptr_ptz_get_controller_->StartGetPresets(camera_index_code_);
             ptr_ptz_get_controller_->StartGetAllPatrols(camera_index_code_);

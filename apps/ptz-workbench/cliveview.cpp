@@ -1,6 +1,8 @@
 #include "cliveview.h"
 
 #include "ptz_devices/ptzdevicetypes.h"
+#include "site_store/csitestore.h"
+#include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
@@ -98,6 +100,9 @@ CLiveView::CLiveView(unsigned int screen, QWidget *parent)
     auto *timer = new QTimer(this);
     connect(timer, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
     timer->start(40);
+    m_virtual = new zeph_ptz_controller::CVirtualPtzControllor(this);
+    connect(m_virtual, &zeph_ptz_controller::CVirtualPtzControllor::SignalDigitalZoomStyleChanged, this,
+            QOverload<>::of(&QWidget::update));
 }
 
 const QImage &CLiveView::Panorama()
@@ -111,6 +116,10 @@ void CLiveView::SetCamera(const QString &cameraId, const QString &name, bool fis
     m_cameraId = cameraId;
     m_name = name;
     m_fishEye = fishEye;
+    // Another camera: a patrol over the old one's virtual presets ends, and so does its zoom.
+    m_virtual->SetCamera(cameraId);
+    if (!m_virtual->IsRunningPatrol())
+        m_virtual->SetDigitalZoomStyle(0, -1, -1, -1, -1);
     update();
 }
 
@@ -142,8 +151,20 @@ void CLiveView::paintEvent(QPaintEvent *)
                          tr("Screen %1: drop a camera here").arg(m_screen + 1));
     } else if (m_fishEye) {
         PaintFishEye(painter, rect());
+    } else if (m_virtual->GetDigitalZoomStyle() != 0) {
+        // Digital zoom: the part of the picture the virtual preset keeps fills the screen.
+        QImage picture(size(), QImage::Format_RGB32);
+        QPainter scene(&picture);
+        PaintScene(scene, rect(), false);
+        scene.end();
+        const QRectF zoom = m_virtual->GetDigitalZoomRect();
+        const QRectF source(zoom.left() * width(), zoom.top() * height(), zoom.width() * width(),
+                            zoom.height() * height());
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRectF(rect()), picture, source);
+        PaintOverlay(painter, rect());
     } else {
-        PaintScene(painter, rect());
+        PaintScene(painter, rect(), true);
     }
     if (m_dragging) {
         painter.setPen(QPen(QColor(255, 210, 80), 2, Qt::DashLine));
@@ -214,7 +235,7 @@ QImage CLiveView::ApplyLens(const QImage &picture, double focus, double iris)
     return out;
 }
 
-void CLiveView::PaintScene(QPainter &painter, const QRect &area)
+void CLiveView::PaintScene(QPainter &painter, const QRect &area, bool overlay)
 {
     ptz_devices::DeviceStatus status;
     if (!m_status || !m_status(m_cameraId, status))
@@ -226,12 +247,37 @@ void CLiveView::PaintScene(QPainter &painter, const QRect &area)
     if (!status.connected)
         painter.fillRect(area, QColor(0, 0, 0, 160));
     painter.restore();
+    if (overlay)
+        PaintOverlay(painter, area);
+}
 
+QString CLiveView::VirtualPatrolText() const
+{
+    unsigned int patrol = 0;
+    if (!m_virtual->GetRunningState(patrol))
+        return QString();
+    site_store::CSiteStore *store = site_store::CSiteStore::Current();
+    const auto record = store ? store->patrol(m_cameraId, int(patrol)) : std::nullopt;
+    const int count = record ? record->points.size() : 0;
+    return tr("patrol %1 \u00b7 point %2 of %3").arg(patrol).arg(m_virtual->GetPatrolPointIndex() + 1).arg(count);
+}
+
+void CLiveView::PaintOverlay(QPainter &painter, const QRect &area)
+{
+    ptz_devices::DeviceStatus status;
+    if (!m_status || !m_status(m_cameraId, status))
+        status = ptz_devices::DeviceStatus();
     QStringList running;
     if (status.autoScan)
         running << tr("AUTO-SCAN");
     if (status.runningPatrol > 0)
-        running << tr("PATROL %1").arg(status.runningPatrol);
+        running << tr("patrol %1 \u00b7 point %2 of %3")
+                       .arg(status.runningPatrol)
+                       .arg(status.patrolPoint)
+                       .arg(status.patrolPointCount);
+    const QString virtual_patrol = VirtualPatrolText();
+    if (!virtual_patrol.isEmpty())
+        running << virtual_patrol;
     if (status.runningPattern > 0)
         running << tr("pattern %1").arg(status.runningPattern);
     if (status.recordingPattern > 0)

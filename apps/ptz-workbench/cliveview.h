@@ -7,6 +7,9 @@
 namespace ptz_devices {
 struct DeviceStatus;
 }
+namespace zeph_ptz_controller {
+class CVirtualPtzControllor;
+}
 
 // One screen of the live-view grid: paints what its camera sees, cropped and
 // scaled from a synthetic panorama by the camera's pan, tilt and zoom.
@@ -30,6 +33,9 @@ public:
     // 5 face capture (click a target); 0 for none.
     void SetPictureAction(int function);
     int PictureAction() const { return m_action; }
+
+    // Runs patrols over the screen's virtual presets; its digital zoom crops the picture.
+    zeph_ptz_controller::CVirtualPtzControllor *VirtualController() const { return m_virtual; }
 
     // The shared panorama: 360 degrees wide, from 45 degrees above the horizon to straight down.
     static const QImage &Panorama();
@@ -58,13 +64,18 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    void PaintScene(QPainter &painter, const QRect &area);
+    // overlay: also the texts (name, position, what runs); a digitally zoomed picture adds them
+    // after cropping.
+    void PaintScene(QPainter &painter, const QRect &area, bool overlay);
+    void PaintOverlay(QPainter &painter, const QRect &area);
     void PaintFishEye(QPainter &painter, const QRect &area);
+    QString VirtualPatrolText() const;
 
     unsigned int m_screen;
     QString m_cameraId;
     QString m_name;
     StatusSource m_status;
+    zeph_ptz_controller::CVirtualPtzControllor *m_virtual = nullptr;
     bool m_fishEye = false;
     bool m_selected = false;
     int m_action = 0;

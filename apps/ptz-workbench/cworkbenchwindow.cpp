@@ -277,7 +277,7 @@ void CWorkbenchWindow::SetScreenCount(int count)
 CPreviewPTZWnd *CWorkbenchWindow::CreatePanel(unsigned int screen)
 {
     auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
-    panel->SetPTZController(m_controller, nullptr);
+    panel->SetPTZController(m_controller, m_views.at(int(screen))->VirtualController());
     panel->SwitchPTZWndLayout(m_stacked);
     if (m_white)
         panel->SwitchPTZWndBgColor(true);

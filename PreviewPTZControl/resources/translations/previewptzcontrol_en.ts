@@ -220,6 +220,58 @@
         <source>FailedToGetPatterns</source>
         <translation>Failed to get the camera's patterns.</translation>
     </message>
+    <message>
+        <source>PleaseSelectACruisePEPKFIMFo</source>
+        <translation>Select a patrol first.</translation>
+    </message>
+    <message>
+        <source>ThePatrolRequestGotNoAnswer</source>
+        <translation>The camera did not answer the patrol request. The patrol page can be used again; please try once more.</translation>
+    </message>
+    <message>
+        <source>ThePatrolCouldNotBeStarted</source>
+        <translation>The patrol could not be started: none of its points can be shown.</translation>
+    </message>
+    <message>
+        <source>AddPatrolPoint</source>
+        <translation>Add a point</translation>
+    </message>
+    <message>
+        <source>MovePatrolPointUp</source>
+        <translation>Move the point up</translation>
+    </message>
+    <message>
+        <source>TheMaximumNumberOfCrhuRLUhpy</source>
+        <translation>A patrol holds at most 32 points.</translation>
+    </message>
+    <message>
+        <source>NoPresetPointIsAvailOJPfSsBC</source>
+        <translation>No preset of this kind is available. Add a preset first.</translation>
+    </message>
+    <message>
+        <source>PleaseSelectACruisePeEYjvBRk</source>
+        <translation>Select a point of the path first.</translation>
+    </message>
+    <message>
+        <source>ThisOperationWillStocdYSojGC</source>
+        <translation>This patrol is running. Saving its path stops it. Save anyway?</translation>
+    </message>
+    <message>
+        <source>FailedToModifyCruiseskhaYaoN</source>
+        <translation>The patrol could not be saved.</translation>
+    </message>
+    <message>
+        <source>InvalidCruisePathNamdmlYVWU</source>
+        <translation>Invalid patrol name.</translation>
+    </message>
+    <message>
+        <source>TheInputCannotContainAnyOfTheFollowingCh</source>
+        <translation>The name cannot contain any of these characters:</translation>
+    </message>
+    <message>
+        <source>NameAlreadyExists</source>
+        <translation>This name is already in use.</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPTZControl::CPatternTableModel</name>
@@ -560,6 +612,59 @@
     <message>
         <source>Confirm</source>
         <translation>Save</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CCruiseTableModel</name>
+    <message>
+        <source>Patrol%1</source>
+        <translation>Patrol %1</translation>
+    </message>
+    <message>
+        <source>CallBQA8YLFY</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Edit</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CCruiseTableEditModel</name>
+    <message>
+        <source>Preset</source>
+        <translation>Preset</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Speed</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Time (s)</translation>
+    </message>
+    <message>
+        <source>Preset%1</source>
+        <translation>Preset %1</translation>
+    </message>
+    <message>
+        <source>PatrolPointPresetMissing%1</source>
+        <translation>Preset %1 (deleted)</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPTZControl::CCruiseTableEditView</name>
+    <message>
+        <source>NoDataqrhgooag</source>
+        <translation>No points yet. Add one with the + button.</translation>
     </message>
 </context>
 </TS>

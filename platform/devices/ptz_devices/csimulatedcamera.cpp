@@ -173,6 +173,10 @@ DeviceStatus CSimulatedCamera::status() const
     s.autoScan = m_autoScan;
     s.autoScanSpeed = m_autoScan ? m_autoScanSpeed : 0;
     s.runningPatrol = m_patrol;
+    if (m_patrol) {
+        s.patrolPoint = m_patrolPoint + 1;
+        s.patrolPointCount = m_patrols.value(m_patrol).points.size();
+    }
     s.runningPattern = m_playing;
     s.recordingPattern = m_recording;
     s.autoTrack = m_autoTrack;

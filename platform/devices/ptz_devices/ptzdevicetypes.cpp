@@ -14,7 +14,8 @@ bool DeviceStatus::operator==(const DeviceStatus &o) const
         && qFuzzyCompare(1.0 + iris, 1.0 + o.iris) && panTiltMoving == o.panTiltMoving
         && zoomMoving == o.zoomMoving && light == o.light && wiper == o.wiper
         && autoScan == o.autoScan && autoScanSpeed == o.autoScanSpeed
-        && runningPatrol == o.runningPatrol && runningPattern == o.runningPattern
+        && runningPatrol == o.runningPatrol && patrolPoint == o.patrolPoint
+        && patrolPointCount == o.patrolPointCount && runningPattern == o.runningPattern
         && recordingPattern == o.recordingPattern && autoTrack == o.autoTrack
         && connected == o.connected;
 }

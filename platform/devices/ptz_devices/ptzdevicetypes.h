@@ -111,6 +111,8 @@ struct PTZ_DEVICES_EXPORT DeviceStatus
     bool autoScan = false;
     int autoScanSpeed = 0;
     int runningPatrol = 0;   // 0 none, else 1-based patrol number
+    int patrolPoint = 0;     // 1-based point of the running patrol being approached or dwelt at, 0 none
+    int patrolPointCount = 0;// points of the running patrol, 0 none
     int runningPattern = 0;  // 0 none, else 1-based pattern slot being played
     int recordingPattern = 0;// 0 none, else 1-based pattern slot being recorded
     bool autoTrack = false;
