@@ -14,7 +14,7 @@ struct PREVIEWPTZCONTROL_EXPORT PTZControlParam
     PTZControlParam() = default;
     // Short form used by the buttons: no owner, never skipped.
     PTZControlParam(const QString &camera_index_code, quint32 command, quint32 action, quint32 extra);
-    // Long form used by the stop operations; skip = true records the stop locally only.
+    // Long form used by the stop operations. The panel sends every command it builds, whatever skip says.
     PTZControlParam(const QString &owner_index_code, const QString &camera_index_code, quint32 command,
                     quint32 action, bool skip);
 

@@ -45,7 +45,7 @@ bool IsHeldCommand(int command)
 
 void CPreviewPTZWnd::ExecutePTZControl(const PTZControlParam &param)
 {
-    if (param.skip || !ptr_ptz_controller_)
+    if (!ptr_ptz_controller_)
         return;
     PTZControlCommand command;
     command.camera_index_code = param.camera_index_code.toStdString();
@@ -246,11 +246,8 @@ void CPreviewPTZWnd::changeEvent(QEvent *event)
 
 void CPreviewPTZWnd::OnLight(bool checked)
 {
-    if (!checked) {
-        light_status_timer_->stop();
-        b_light_blink_ = false;
-        UpdateLightState(false);
-    }
+    if (!checked)
+        UpdateLightState(false); // stops the blinking too
     ExecutePTZControl(PTZControlParam(camera_index_code_, PTZ_CMD_LIGHT, checked ? PTZ_ACTION_START : PTZ_ACTION_STOP,
                                       b_command_extra_));
 }
