@@ -276,7 +276,7 @@ void CPreviewPTZWnd::changeEvent(QEvent *event)
 void CPreviewPTZWnd::OnLight(bool checked)
 {
     if (!checked)
-        UpdateLightState(false);
+        UpdateLightState(false); // stops the blinking too
     ExecutePTZControl(PTZControlParam(camera_index_code_, PTZ_CMD_LIGHT, checked ? PTZ_ACTION_START : PTZ_ACTION_STOP,
                                       b_command_extra_));
 }

@@ -1,4 +1,4 @@
-#include "../panel/paneltestenv.h"
+#include "support/paneltestenv.h"
 
 #include "boundary/previewptzcontroltranslator.h"
 #include "lock/caboutlockframe.h"

@@ -1,4 +1,4 @@
-#include "paneltestenv.h"
+#include "support/paneltestenv.h"
 
 #include "preset/cpresettableview.h"
 #include "quillon/citemdatarole.h"

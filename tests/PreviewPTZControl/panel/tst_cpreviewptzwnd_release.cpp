@@ -1,4 +1,4 @@
-#include "paneltestenv.h"
+#include "support/paneltestenv.h"
 
 #include <QGraphicsView>
 #include <QHash>

@@ -1,4 +1,4 @@
-#include "../panel/paneltestenv.h"
+#include "support/paneltestenv.h"
 
 #include "patrol/ccruisetableeditmodel.h"
 #include "patrol/ccruisetableeditview.h"

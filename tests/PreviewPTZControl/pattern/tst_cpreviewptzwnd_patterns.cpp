@@ -1,4 +1,4 @@
-#include "../panel/paneltestenv.h"
+#include "support/paneltestenv.h"
 
 #include "pattern/cpatterntablemodel.h"
 #include "pattern/cpatterntableview.h"

@@ -1,3 +1,5 @@
+#include "support/records.h"
+
 #include "preset/caddpresetdialog.h"
 #include "preset/cbasepresetdialog.h"
 #include "preset/ceditpresetdialog.h"
@@ -21,15 +23,6 @@ using ptz_plugin_protocol::PresetInfo;
 using vs_ui_data_controller::CNomalMessageManager;
 
 namespace {
-PresetInfo Preset(int number, int type, const QString &name)
-{
-    PresetInfo p;
-    p.preset_index = number;
-    p.preset_type = type;
-    p.preset_name = name.toStdString();
-    return p;
-}
-
 const QString kForbiddenTip = QStringLiteral("InvalidPresetPointName TheInputCannotContainAnyOfTheFollowingCharacters"
                                              " / \\ : * ? \" < > |");
 } // namespace
@@ -38,255 +31,233 @@ class TstPresetDialogs : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
-    void dialogSaveChecks_data();
-    void dialogSaveChecks();
-    void duplicatesSkipEmptyDisabledAndEdited();
-    void validatorRefusesTypedCharacters_data();
-    void validatorRefusesTypedCharacters();
-    void freeNumbers_data();
-    void freeNumbers();
-    void addDialogForm();
-    void editDialogForm();
-    void cancelRejects();
-    void listRenameRules_data();
-    void listRenameRules();
+    void init()
+    {
+        m_model = new CPresetTableModel(1.0);
+        m_model->UpdatePresetList({ Preset(1, 1, QStringLiteral("Gate")), Preset(2, 3, QStringLiteral("Door")) }, true);
+        m_messages.clear();
+        CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
+            m_messages << text;
+            return int(CNomalMessageManager::AnswerConfirm);
+        });
+    }
+    void cleanup()
+    {
+        CNomalMessageManager::Instance()->SetAnswerProvider({});
+        delete m_model;
+    }
+    void dialogSaveChecks_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("message"); // empty: accepted
+        const QString tooLong = QStringLiteral("InvalidPresetPointName NoMoreThan20CharactersCanBeInput");
+        QTest::newRow("empty") << QString() << QStringLiteral("TheNameCannotBeEmptyuwCnESOS");
+        QTest::newRow("blanks only pass") << QStringLiteral("   ") << QString();
+        const QString forbidden = QStringLiteral("\\/:*?\"<>|");
+        for (const QChar c : forbidden)
+            QTest::newRow(qPrintable(QStringLiteral("forbidden %1").arg(c)))
+                << (QStringLiteral("ab") + c + "cd") << kForbiddenTip;
+        QTest::newRow("forbidden wins over length") << QString(30, QLatin1Char('a')) + "|" << kForbiddenTip;
+        QTest::newRow("apostrophe saved") << QStringLiteral("O'Neil") << QString();
+        QTest::newRow("percent saved") << QStringLiteral("50%") << QString();
+        QTest::newRow("20 characters") << QString(20, QLatin1Char('x')) << QString();
+        QTest::newRow("21 characters") << QString(21, QLatin1Char('x')) << tooLong;
+        QTest::newRow("64 characters") << QString(64, QLatin1Char('x')) << tooLong;
+        QTest::newRow("65 typed, 64 kept") << QString(65, QLatin1Char('x')) << tooLong;
+        QTest::newRow("unicode letters") << QStringLiteral("Tür Ворота 大门 é") << QString();
+        QTest::newRow("duplicate") << QStringLiteral("Gate") << QStringLiteral("ThePresetPointNameAlakrzNA");
+        QTest::newRow("duplicate of virtual") << QStringLiteral("Door") << QStringLiteral("ThePresetPointNameAlakrzNA");
+        QTest::newRow("case differs") << QStringLiteral("gate") << QString();
+        QTest::newRow("substring") << QStringLiteral("Gat") << QString();
+    }
+    void dialogSaveChecks()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, message);
+        CAddPresetDialog dialog(nullptr, { Preset(1, 1, "Gate"), Preset(2, 3, "Door") });
+        dialog.SetPresetModel(m_model);
+        dialog.GetNameEdit()->setText(name);
+        QSignalSpy accepted(&dialog, &QDialog::accepted);
+        dialog.GetConfirmButton()->click();
+        if (message.isEmpty()) {
+            QCOMPARE(m_messages, QStringList());
+            QCOMPARE(accepted.count(), 1);
+            QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        } else {
+            QCOMPARE(m_messages, QStringList { message });
+            QCOMPARE(accepted.count(), 0);
+        }
+    }
+    void duplicatesSkipEmptyDisabledAndEdited()
+    {
+        m_model->AddPresetItem(Preset(3, 1, "Yard"), true, false);
+        m_model->AddPresetItem(Preset(4, 1, "Roof"), true, false);
+        m_model->AddPresetItem(Preset(5, 1, "Dock"), true, false);
+        m_model->ClearPresetItem(3); // "Roof" row: disabled, named Preset4
+        m_model->ResetPresetItems(); // every row empty now: names Preset1..Preset5
+        QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Preset1"), m_model, -1), QString());
+
+        CPresetTableModel model(1.0);
+        model.UpdatePresetList({ Preset(1, 1, "Gate"), Preset(2, 3, "Door"), Preset(3, 1, "Dev three") }, true);
+        model.ClearPresetItem(0);
+        // The cleared row keeps its number but is disabled; its default name is no duplicate.
+        QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Preset1"), &model, -1), QString());
+        // Keeping the edited preset's own name is fine; another preset's name is not.
+        QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Door"), &model, 2, 3), QString());
+        QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Dev three"), &model, 2, 3),
+            QStringLiteral("ThePresetPointNameAlakrzNA"));
+        QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Door"), &model, 5),
+            QStringLiteral("ThePresetPointNameAlakrzNA"));
+
+        CEditPresetDialog dialog(nullptr, Preset(2, 3, "Door"));
+        dialog.SetPresetModel(&model);
+        QSignalSpy accepted(&dialog, &QDialog::accepted);
+        dialog.GetConfirmButton()->click();
+        QCOMPARE(accepted.count(), 1);
+    }
+    void validatorRefusesTypedCharacters_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("plain") << "Gate 1"
+                               << "Gate 1";
+        const QString refused = QStringLiteral("\\/:*?\"<|'%>");
+        for (const QChar c : refused)
+            QTest::newRow(qPrintable(QStringLiteral("refuses %1").arg(c))) << (QStringLiteral("a") + c + "b") << "ab";
+        QTest::newRow("unicode") << QStringLiteral("Тор é") << QStringLiteral("Тор é");
+        QTest::newRow("stops at 64") << QString(70, QLatin1Char('y')) << QString(64, QLatin1Char('y'));
+    }
+    void validatorRefusesTypedCharacters()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, kept);
+        CAddPresetDialog dialog(nullptr, {});
+        dialog.GetNameEdit()->clear();
+        // Key events carrying text, so non-Latin characters are typed as well.
+        for (const QChar c : typed) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
+            QCoreApplication::sendEvent(dialog.GetNameEdit(), &press);
+        }
+        QCOMPARE(dialog.GetNameEdit()->text(), kept);
+    }
+    void freeNumbers_data()
+    {
+        QTest::addColumn<QVector<int>>("used");
+        QTest::addColumn<int>("max");
+        QTest::addColumn<QVector<int>>("head");
+        QTest::addColumn<int>("count");
+        QTest::newRow("1 2 4 used") << QVector<int> { 1, 2, 4 } << 256 << QVector<int> { 3, 5, 6, 7 } << 253;
+        QTest::newRow("none used") << QVector<int> {} << 256 << QVector<int> { 1, 2, 3 } << 256;
+        QTest::newRow("repeated numbers") << QVector<int> { 2, 2, 3 } << 5 << QVector<int> { 1, 4, 5 } << 3;
+        QTest::newRow("all used") << QVector<int> { 1, 2, 3 } << 3 << QVector<int> {} << 0;
+        QTest::newRow("numbers above the limit ignored") << QVector<int> { 300 } << 2 << QVector<int> { 1, 2 } << 2;
+    }
+    void freeNumbers()
+    {
+        QFETCH(QVector<int>, used);
+        QFETCH(int, max);
+        QFETCH(QVector<int>, head);
+        QFETCH(int, count);
+        QVector<PresetInfo> presets;
+        for (int n : used)
+            presets << Preset(n, 1, QStringLiteral("p%1").arg(n));
+        const QVector<int> free = CAddPresetDialog::FreePresetNumbers(presets, max);
+        QCOMPARE(free.size(), count);
+        QCOMPARE(free.mid(0, head.size()), head);
+
+        CAddPresetDialog dialog(nullptr, presets, max);
+        QComboBox *box = dialog.GetNumberComboBox();
+        QCOMPARE(box->count(), count);
+        if (count == 0) {
+            QCOMPARE(dialog.GetPresetIndex(), -1);
+            return;
+        }
+        QCOMPARE(box->currentIndex(), 0);
+        QCOMPARE(dialog.GetPresetIndex(), head.first());
+        QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(head.first()));
+        box->setCurrentIndex(1);
+        QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(free.at(1)));
+    }
+    void addDialogForm()
+    {
+        CAddPresetDialog dialog(nullptr, {});
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("AddPreset"));
+        QCOMPARE(
+            dialog.findChild<QLabel *>("ptr_first_label")->text(), QStringLiteral("1.SaveTheCurrentPrevieAQFmbSJV"));
+        QCOMPARE(
+            dialog.findChild<QLabel *>("ptr_second_label")->text(), QStringLiteral("2.SetThePresetPointNamctfFPEZP"));
+        QCOMPARE(dialog.findChild<QLabel *>("ptr_presetnum_label_")->text(),
+            QStringLiteral("3.Corvo-ControlClient.fa06703a00a54fd898a1b33528b7c4d3.msg"));
+        auto *edit = dialog.findChild<Quillon::CPlaceholdLineEdit *>("pNameEdit");
+        QVERIFY(edit);
+        QCOMPARE(edit->maxLength(), 64);
+        QCOMPARE(edit->placeholderText(), QStringLiteral("Corvo-ControlClient.785d92c52d5f40a581ca3147ddf843f0.name"));
+        QCOMPARE(edit->toolTip(), edit->placeholderText());
+        QVERIFY(dialog.findChild<QComboBox *>("ptr_presetnum_cbx_"));
+        QCOMPARE(dialog.GetConfirmButton()->text(), QStringLiteral("ConfirmVRJPEoDzfHCIl"));
+        QCOMPARE(dialog.GetCancelButton()->text(), QStringLiteral("UndoMerge"));
+        for (const char *name : { "verticalLayout_2", "verticalLayout", "gridLayout" })
+            QVERIFY2(dialog.findChild<QLayout *>(name), name);
+        for (const char *name : { "widget_2", "widget" })
+            QVERIFY2(dialog.findChild<QWidget *>(name), name);
+    }
+    void editDialogForm()
+    {
+        CEditPresetDialog dialog(nullptr, Preset(17, 1, "Gate"));
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("ModifyPreset"));
+        QCOMPARE(
+            dialog.findChild<QLabel *>("ptr_first_label")->text(), QStringLiteral("1.SaveTheCurrentPrevieAQFmbSJV"));
+        QCOMPARE(dialog.GetPresetName(), QStringLiteral("Gate"));
+        QCOMPARE(dialog.GetPresetIndex(), 17);
+        QVERIFY(!dialog.GetNumberComboBox()->isEnabled());
+    }
+    void cancelRejects()
+    {
+        CAddPresetDialog dialog(nullptr, {});
+        dialog.GetNameEdit()->clear();
+        QSignalSpy rejected(&dialog, &QDialog::rejected);
+        dialog.GetCancelButton()->click();
+        QCOMPARE(rejected.count(), 1);
+        QCOMPARE(m_messages, QStringList());
+    }
+    void listRenameRules_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("message");
+        const QString tooLong = QStringLiteral("InvalidPresetPointName NoMoreThan64CharactersCanBeInput");
+        QTest::newRow("empty") << QString() << QStringLiteral("NameCanNotBeEmpty");
+        QTest::newRow("blanks only") << QStringLiteral(" \t ") << QStringLiteral("NameCanNotBeEmpty");
+        for (const QChar c : QStringLiteral("\\/:*?\"<>|"))
+            QTest::newRow(qPrintable(QStringLiteral("forbidden %1").arg(c)))
+                << (QStringLiteral("x") + c) << kForbiddenTip;
+        QTest::newRow("21 characters pass") << QString(21, QLatin1Char('x')) << QString();
+        QTest::newRow("64 characters") << QString(64, QLatin1Char('x')) << QString();
+        QTest::newRow("64 after trimming") << QStringLiteral("  ") + QString(64, QLatin1Char('x')) + "  " << QString();
+        QTest::newRow("65 characters") << QString(65, QLatin1Char('x')) << tooLong;
+        QTest::newRow("unicode") << QStringLiteral("Въезд 東門") << QString();
+        QTest::newRow("own name once") << QStringLiteral("Gate") << QString();
+        QTest::newRow("two rows carry it") << QStringLiteral("Twin") << QStringLiteral("PresetNameAlreadyExists");
+        QTest::newRow("case differs") << QStringLiteral("twin") << QString();
+    }
+    void listRenameRules()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, message);
+        m_model->AddPresetItem(Preset(7, 1, "Twin"), true, false);
+        m_model->AddPresetItem(Preset(8, 3, "Twin"), true, false);
+        CSortPresetFilterModel proxy;
+        proxy.setSourceModel(m_model);
+        QString tip = QStringLiteral("stale");
+        QCOMPARE(CheckListPresetName(name, &proxy, &tip), message.isEmpty());
+        QCOMPARE(tip, message);
+        QVERIFY(!CheckListPresetName(name, nullptr, &tip));
+        QCOMPARE(tip, QString());
+    }
 
 private:
     CPresetTableModel *m_model = nullptr;
     QStringList m_messages;
 };
-
-void TstPresetDialogs::init()
-{
-    m_model = new CPresetTableModel(1.0);
-    m_model->UpdatePresetList({Preset(1, 1, QStringLiteral("Gate")), Preset(2, 3, QStringLiteral("Door"))}, true);
-    m_messages.clear();
-    CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
-        m_messages << text;
-        return int(CNomalMessageManager::AnswerConfirm);
-    });
-}
-
-void TstPresetDialogs::cleanup()
-{
-    CNomalMessageManager::Instance()->SetAnswerProvider({});
-    delete m_model;
-}
-
-void TstPresetDialogs::dialogSaveChecks_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("message"); // empty: accepted
-    const QString tooLong = QStringLiteral("InvalidPresetPointName NoMoreThan20CharactersCanBeInput");
-    QTest::newRow("empty") << QString() << QStringLiteral("TheNameCannotBeEmptyuwCnESOS");
-    QTest::newRow("blanks only pass") << QStringLiteral("   ") << QString();
-    const QString forbidden = QStringLiteral("\\/:*?\"<>|");
-    for (const QChar c : forbidden)
-        QTest::newRow(qPrintable(QStringLiteral("forbidden %1").arg(c))) << (QStringLiteral("ab") + c + "cd")
-                                                                        << kForbiddenTip;
-    QTest::newRow("forbidden wins over length") << QString(30, QLatin1Char('a')) + "|" << kForbiddenTip;
-    QTest::newRow("apostrophe saved") << QStringLiteral("O'Neil") << QString();
-    QTest::newRow("percent saved") << QStringLiteral("50%") << QString();
-    QTest::newRow("20 characters") << QString(20, QLatin1Char('x')) << QString();
-    QTest::newRow("21 characters") << QString(21, QLatin1Char('x')) << tooLong;
-    QTest::newRow("64 characters") << QString(64, QLatin1Char('x')) << tooLong;
-    QTest::newRow("65 typed, 64 kept") << QString(65, QLatin1Char('x')) << tooLong;
-    QTest::newRow("unicode letters") << QStringLiteral("Tür Ворота 大门 é") << QString();
-    QTest::newRow("duplicate") << QStringLiteral("Gate") << QStringLiteral("ThePresetPointNameAlakrzNA");
-    QTest::newRow("duplicate of virtual") << QStringLiteral("Door") << QStringLiteral("ThePresetPointNameAlakrzNA");
-    QTest::newRow("case differs") << QStringLiteral("gate") << QString();
-    QTest::newRow("substring") << QStringLiteral("Gat") << QString();
-}
-
-void TstPresetDialogs::dialogSaveChecks()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, message);
-    CAddPresetDialog dialog(nullptr, {Preset(1, 1, "Gate"), Preset(2, 3, "Door")});
-    dialog.SetPresetModel(m_model);
-    dialog.GetNameEdit()->setText(name);
-    QSignalSpy accepted(&dialog, &QDialog::accepted);
-    dialog.GetConfirmButton()->click();
-    if (message.isEmpty()) {
-        QCOMPARE(m_messages, QStringList());
-        QCOMPARE(accepted.count(), 1);
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    } else {
-        QCOMPARE(m_messages, QStringList{message});
-        QCOMPARE(accepted.count(), 0);
-    }
-}
-
-void TstPresetDialogs::duplicatesSkipEmptyDisabledAndEdited()
-{
-    m_model->AddPresetItem(Preset(3, 1, "Yard"), true, false);
-    m_model->AddPresetItem(Preset(4, 1, "Roof"), true, false);
-    m_model->AddPresetItem(Preset(5, 1, "Dock"), true, false);
-    m_model->ClearPresetItem(3);           // "Roof" row: disabled, named Preset4
-    m_model->ResetPresetItems();           // every row empty now: names Preset1..Preset5
-    QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Preset1"), m_model, -1), QString());
-
-    CPresetTableModel model(1.0);
-    model.UpdatePresetList({Preset(1, 1, "Gate"), Preset(2, 3, "Door"), Preset(3, 1, "Dev three")}, true);
-    model.ClearPresetItem(0);
-    // The cleared row keeps its number but is disabled; its default name is no duplicate.
-    QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Preset1"), &model, -1), QString());
-    // Keeping the edited preset's own name is fine; another preset's name is not.
-    QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Door"), &model, 2, 3), QString());
-    QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Dev three"), &model, 2, 3),
-             QStringLiteral("ThePresetPointNameAlakrzNA"));
-    QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Door"), &model, 5), QStringLiteral("ThePresetPointNameAlakrzNA"));
-
-    CEditPresetDialog dialog(nullptr, Preset(2, 3, "Door"));
-    dialog.SetPresetModel(&model);
-    QSignalSpy accepted(&dialog, &QDialog::accepted);
-    dialog.GetConfirmButton()->click();
-    QCOMPARE(accepted.count(), 1);
-}
-
-void TstPresetDialogs::validatorRefusesTypedCharacters_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("kept");
-    QTest::newRow("plain") << "Gate 1" << "Gate 1";
-    const QString refused = QStringLiteral("\\/:*?\"<|'%>");
-    for (const QChar c : refused)
-        QTest::newRow(qPrintable(QStringLiteral("refuses %1").arg(c))) << (QStringLiteral("a") + c + "b") << "ab";
-    QTest::newRow("unicode") << QStringLiteral("Тор é") << QStringLiteral("Тор é");
-    QTest::newRow("stops at 64") << QString(70, QLatin1Char('y')) << QString(64, QLatin1Char('y'));
-}
-
-void TstPresetDialogs::validatorRefusesTypedCharacters()
-{
-    QFETCH(QString, typed);
-    QFETCH(QString, kept);
-    CAddPresetDialog dialog(nullptr, {});
-    dialog.GetNameEdit()->clear();
-    // Key events carrying text, so non-Latin characters are typed as well.
-    for (const QChar c : typed) {
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
-        QCoreApplication::sendEvent(dialog.GetNameEdit(), &press);
-    }
-    QCOMPARE(dialog.GetNameEdit()->text(), kept);
-}
-
-void TstPresetDialogs::freeNumbers_data()
-{
-    QTest::addColumn<QVector<int>>("used");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QVector<int>>("head");
-    QTest::addColumn<int>("count");
-    QTest::newRow("1 2 4 used") << QVector<int>{1, 2, 4} << 256 << QVector<int>{3, 5, 6, 7} << 253;
-    QTest::newRow("none used") << QVector<int>{} << 256 << QVector<int>{1, 2, 3} << 256;
-    QTest::newRow("repeated numbers") << QVector<int>{2, 2, 3} << 5 << QVector<int>{1, 4, 5} << 3;
-    QTest::newRow("all used") << QVector<int>{1, 2, 3} << 3 << QVector<int>{} << 0;
-    QTest::newRow("numbers above the limit ignored") << QVector<int>{300} << 2 << QVector<int>{1, 2} << 2;
-}
-
-void TstPresetDialogs::freeNumbers()
-{
-    QFETCH(QVector<int>, used);
-    QFETCH(int, max);
-    QFETCH(QVector<int>, head);
-    QFETCH(int, count);
-    QVector<PresetInfo> presets;
-    for (int n : used)
-        presets << Preset(n, 1, QStringLiteral("p%1").arg(n));
-    const QVector<int> free = CAddPresetDialog::FreePresetNumbers(presets, max);
-    QCOMPARE(free.size(), count);
-    QCOMPARE(free.mid(0, head.size()), head);
-
-    CAddPresetDialog dialog(nullptr, presets, max);
-    QComboBox *box = dialog.GetNumberComboBox();
-    QCOMPARE(box->count(), count);
-    if (count == 0) {
-        QCOMPARE(dialog.GetPresetIndex(), -1);
-        return;
-    }
-    QCOMPARE(box->currentIndex(), 0);
-    QCOMPARE(dialog.GetPresetIndex(), head.first());
-    QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(head.first()));
-    box->setCurrentIndex(1);
-    QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(free.at(1)));
-}
-
-void TstPresetDialogs::addDialogForm()
-{
-    CAddPresetDialog dialog(nullptr, {});
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("AddPreset"));
-    QCOMPARE(dialog.findChild<QLabel *>("ptr_first_label")->text(), QStringLiteral("1.SaveTheCurrentPrevieAQFmbSJV"));
-    QCOMPARE(dialog.findChild<QLabel *>("ptr_second_label")->text(), QStringLiteral("2.SetThePresetPointNamctfFPEZP"));
-    QCOMPARE(dialog.findChild<QLabel *>("ptr_presetnum_label_")->text(),
-             QStringLiteral("3.Corvo-ControlClient.fa06703a00a54fd898a1b33528b7c4d3.msg"));
-    auto *edit = dialog.findChild<Quillon::CPlaceholdLineEdit *>("pNameEdit");
-    QVERIFY(edit);
-    QCOMPARE(edit->maxLength(), 64);
-    QCOMPARE(edit->placeholderText(), QStringLiteral("Corvo-ControlClient.785d92c52d5f40a581ca3147ddf843f0.name"));
-    QCOMPARE(edit->toolTip(), edit->placeholderText());
-    QVERIFY(dialog.findChild<QComboBox *>("ptr_presetnum_cbx_"));
-    QCOMPARE(dialog.GetConfirmButton()->text(), QStringLiteral("ConfirmVRJPEoDzfHCIl"));
-    QCOMPARE(dialog.GetCancelButton()->text(), QStringLiteral("UndoMerge"));
-    for (const char *name : {"verticalLayout_2", "verticalLayout", "gridLayout"})
-        QVERIFY2(dialog.findChild<QLayout *>(name), name);
-    for (const char *name : {"widget_2", "widget"})
-        QVERIFY2(dialog.findChild<QWidget *>(name), name);
-}
-
-void TstPresetDialogs::editDialogForm()
-{
-    CEditPresetDialog dialog(nullptr, Preset(17, 1, "Gate"));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("ModifyPreset"));
-    QCOMPARE(dialog.findChild<QLabel *>("ptr_first_label")->text(), QStringLiteral("1.SaveTheCurrentPrevieAQFmbSJV"));
-    QCOMPARE(dialog.GetPresetName(), QStringLiteral("Gate"));
-    QCOMPARE(dialog.GetPresetIndex(), 17);
-    QVERIFY(!dialog.GetNumberComboBox()->isEnabled());
-}
-
-void TstPresetDialogs::cancelRejects()
-{
-    CAddPresetDialog dialog(nullptr, {});
-    dialog.GetNameEdit()->clear();
-    QSignalSpy rejected(&dialog, &QDialog::rejected);
-    dialog.GetCancelButton()->click();
-    QCOMPARE(rejected.count(), 1);
-    QCOMPARE(m_messages, QStringList());
-}
-
-void TstPresetDialogs::listRenameRules_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("message");
-    const QString tooLong = QStringLiteral("InvalidPresetPointName NoMoreThan64CharactersCanBeInput");
-    QTest::newRow("empty") << QString() << QStringLiteral("NameCanNotBeEmpty");
-    QTest::newRow("blanks only") << QStringLiteral(" \t ") << QStringLiteral("NameCanNotBeEmpty");
-    for (const QChar c : QStringLiteral("\\/:*?\"<>|"))
-        QTest::newRow(qPrintable(QStringLiteral("forbidden %1").arg(c))) << (QStringLiteral("x") + c) << kForbiddenTip;
-    QTest::newRow("21 characters pass") << QString(21, QLatin1Char('x')) << QString();
-    QTest::newRow("64 characters") << QString(64, QLatin1Char('x')) << QString();
-    QTest::newRow("64 after trimming") << QStringLiteral("  ") + QString(64, QLatin1Char('x')) + "  " << QString();
-    QTest::newRow("65 characters") << QString(65, QLatin1Char('x')) << tooLong;
-    QTest::newRow("unicode") << QStringLiteral("Въезд 東門") << QString();
-    QTest::newRow("own name once") << QStringLiteral("Gate") << QString();
-    QTest::newRow("two rows carry it") << QStringLiteral("Twin") << QStringLiteral("PresetNameAlreadyExists");
-    QTest::newRow("case differs") << QStringLiteral("twin") << QString();
-}
-
-void TstPresetDialogs::listRenameRules()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, message);
-    m_model->AddPresetItem(Preset(7, 1, "Twin"), true, false);
-    m_model->AddPresetItem(Preset(8, 3, "Twin"), true, false);
-    CSortPresetFilterModel proxy;
-    proxy.setSourceModel(m_model);
-    QString tip = QStringLiteral("stale");
-    QCOMPARE(CheckListPresetName(name, &proxy, &tip), message.isEmpty());
-    QCOMPARE(tip, message);
-    QVERIFY(!CheckListPresetName(name, nullptr, &tip));
-    QCOMPARE(tip, QString());
-}
 
 QTEST_MAIN(TstPresetDialogs)
 #include "tst_presetdialogs.moc"

@@ -1,7 +1,7 @@
 // One table of preset names run through every place that accepts a name: the
 // dialog's editor and save check, the panel's list check, the controller
 // (device SetPreset, client presets of the getter) and the host's preset store.
-#include "../../platform/ptz/ptztestenv.h"
+#include "support/ptztestenv.h"
 
 #include "preset/caddpresetdialog.h"
 #include "preset/cbasepresetdialog.h"

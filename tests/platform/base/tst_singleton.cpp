@@ -28,52 +28,46 @@ class TestSingleton : public QObject
 {
     Q_OBJECT
 private slots:
-    void raceYieldsOneObject_data();
-    void raceYieldsOneObject();
-    void sameObjectOnEveryCall();
+    void raceYieldsOneObject_data()
+    {
+        QTest::addColumn<int>("threads");
+        QTest::newRow("2 threads") << 2;
+        QTest::newRow("16 threads") << 16;
+        QTest::newRow("64 threads") << 64;
+    }
+    void raceYieldsOneObject()
+    {
+        QFETCH(int, threads);
+        SlowToBuild::DestroyInstance();
+        g_constructed = 0;
+
+        std::atomic<bool> go { false };
+        std::vector<SlowToBuild *> seen(threads, nullptr);
+        std::vector<QThread *> workers;
+        for (int i = 0; i < threads; ++i) {
+            workers.push_back(QThread::create([&, i] {
+                while (!go.load())
+                    QThread::yieldCurrentThread();
+                seen[i] = SlowToBuild::Instance();
+            }));
+            workers.back()->start();
+        }
+        go = true;
+        for (QThread *t : workers) {
+            QVERIFY(t->wait(10000));
+            delete t;
+        }
+        QSet<SlowToBuild *> distinct(seen.begin(), seen.end());
+        QCOMPARE(distinct.size(), 1);
+        QVERIFY(*distinct.begin() != nullptr);
+        QCOMPARE(g_constructed.loadAcquire(), 1);
+    }
+    void sameObjectOnEveryCall()
+    {
+        SlowToBuild *first = SlowToBuild::Instance();
+        QCOMPARE(SlowToBuild::Instance(), first);
+    }
 };
-
-void TestSingleton::raceYieldsOneObject_data()
-{
-    QTest::addColumn<int>("threads");
-    QTest::newRow("2 threads") << 2;
-    QTest::newRow("16 threads") << 16;
-    QTest::newRow("64 threads") << 64;
-}
-
-void TestSingleton::raceYieldsOneObject()
-{
-    QFETCH(int, threads);
-    SlowToBuild::DestroyInstance();
-    g_constructed = 0;
-
-    std::atomic<bool> go{false};
-    std::vector<SlowToBuild *> seen(threads, nullptr);
-    std::vector<QThread *> workers;
-    for (int i = 0; i < threads; ++i) {
-        workers.push_back(QThread::create([&, i] {
-            while (!go.load())
-                QThread::yieldCurrentThread();
-            seen[i] = SlowToBuild::Instance();
-        }));
-        workers.back()->start();
-    }
-    go = true;
-    for (QThread *t : workers) {
-        QVERIFY(t->wait(10000));
-        delete t;
-    }
-    QSet<SlowToBuild *> distinct(seen.begin(), seen.end());
-    QCOMPARE(distinct.size(), 1);
-    QVERIFY(*distinct.begin() != nullptr);
-    QCOMPARE(g_constructed.loadAcquire(), 1);
-}
-
-void TestSingleton::sameObjectOnEveryCall()
-{
-    SlowToBuild *first = SlowToBuild::Instance();
-    QCOMPARE(SlowToBuild::Instance(), first);
-}
 
 QTEST_GUILESS_MAIN(TestSingleton)
 #include "tst_singleton.moc"

@@ -14,82 +14,72 @@ class tst_CDriverFactory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void createsSimulatedModels_data();
-    void createsSimulatedModels();
-    void unknownKindOrModelFails_data();
-    void unknownKindOrModelFails();
-    void registeredKindIsUsed();
+    void createsSimulatedModels_data()
+    {
+        QTest::addColumn<QString>("model");
+        for (const QString &model : CSimulatedCamera::models())
+            QTest::newRow(qPrintable(model)) << model;
+    }
+    void createsSimulatedModels()
+    {
+        QFETCH(QString, model);
+        QVERIFY(CDriverFactory::kinds().contains(QStringLiteral("simulated")));
+        QVERIFY(CDriverFactory::models(QStringLiteral("simulated")).contains(model));
+
+        CSimClock clock(CSimClock::Mode::Manual);
+        CMemoryDeviceStateStore store;
+        QObject parent;
+        QString error;
+        IPtzDriver *driver = CDriverFactory::create(
+            QStringLiteral("simulated"), model, QStringLiteral("cam-7"), &clock, &store, &parent, &error);
+        QVERIFY2(driver, qPrintable(error));
+        QCOMPARE(driver->parent(), &parent);
+        QCOMPARE(driver->cameraId(), QStringLiteral("cam-7"));
+        QCOMPARE(driver->capabilities().model, model);
+        auto *sim = qobject_cast<CSimulatedCamera *>(driver);
+        QVERIFY(sim);
+        QCOMPARE(sim->clock(), &clock);
+    }
+    void unknownKindOrModelFails_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("model");
+        QTest::newRow("unknown kind") << QStringLiteral("telepathy") << QStringLiteral("speed-dome");
+        QTest::newRow("unknown model") << QStringLiteral("simulated") << QStringLiteral("hover-drone");
+        QTest::newRow("empty") << QString() << QString();
+    }
+    void unknownKindOrModelFails()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, model);
+        QString error;
+        std::unique_ptr<IPtzDriver> driver(
+            CDriverFactory::create(kind, model, QStringLiteral("x"), nullptr, nullptr, nullptr, &error));
+        QVERIFY(!driver);
+        QVERIFY(!error.isEmpty());
+    }
+    void registeredKindIsUsed()
+    {
+        DriverConfig seen;
+        CDriverFactory::registerKind(QStringLiteral("network-test"), { QStringLiteral("any") },
+            [&seen](const DriverConfig &config, QString *) -> IPtzDriver * {
+                seen = config;
+                // Stand-in for a network driver: reuse the simulation.
+                return new CSimulatedCamera(
+                    config.cameraId, QStringLiteral("speed-dome"), nullptr, nullptr, config.parent);
+            });
+        DriverConfig config;
+        config.kind = QStringLiteral("network-test");
+        config.model = QStringLiteral("any");
+        config.cameraId = QStringLiteral("cam-9");
+        config.address = QStringLiteral("http://10.0.0.9");
+        std::unique_ptr<IPtzDriver> driver(CDriverFactory::create(config));
+        QVERIFY(driver);
+        QCOMPARE(seen.address, QStringLiteral("http://10.0.0.9"));
+        QCOMPARE(driver->cameraId(), QStringLiteral("cam-9"));
+        QVERIFY(CDriverFactory::kinds().contains(QStringLiteral("network-test")));
+    }
 };
-
-void tst_CDriverFactory::createsSimulatedModels_data()
-{
-    QTest::addColumn<QString>("model");
-    for (const QString &model : CSimulatedCamera::models())
-        QTest::newRow(qPrintable(model)) << model;
-}
-
-void tst_CDriverFactory::createsSimulatedModels()
-{
-    QFETCH(QString, model);
-    QVERIFY(CDriverFactory::kinds().contains(QStringLiteral("simulated")));
-    QVERIFY(CDriverFactory::models(QStringLiteral("simulated")).contains(model));
-
-    CSimClock clock(CSimClock::Mode::Manual);
-    CMemoryDeviceStateStore store;
-    QObject parent;
-    QString error;
-    IPtzDriver *driver = CDriverFactory::create(QStringLiteral("simulated"), model, QStringLiteral("cam-7"), &clock,
-                                                &store, &parent, &error);
-    QVERIFY2(driver, qPrintable(error));
-    QCOMPARE(driver->parent(), &parent);
-    QCOMPARE(driver->cameraId(), QStringLiteral("cam-7"));
-    QCOMPARE(driver->capabilities().model, model);
-    auto *sim = qobject_cast<CSimulatedCamera *>(driver);
-    QVERIFY(sim);
-    QCOMPARE(sim->clock(), &clock);
-}
-
-void tst_CDriverFactory::unknownKindOrModelFails_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("model");
-    QTest::newRow("unknown kind") << QStringLiteral("telepathy") << QStringLiteral("speed-dome");
-    QTest::newRow("unknown model") << QStringLiteral("simulated") << QStringLiteral("hover-drone");
-    QTest::newRow("empty") << QString() << QString();
-}
-
-void tst_CDriverFactory::unknownKindOrModelFails()
-{
-    QFETCH(QString, kind);
-    QFETCH(QString, model);
-    QString error;
-    std::unique_ptr<IPtzDriver> driver(
-        CDriverFactory::create(kind, model, QStringLiteral("x"), nullptr, nullptr, nullptr, &error));
-    QVERIFY(!driver);
-    QVERIFY(!error.isEmpty());
-}
-
-void tst_CDriverFactory::registeredKindIsUsed()
-{
-    DriverConfig seen;
-    CDriverFactory::registerKind(QStringLiteral("network-test"), {QStringLiteral("any")},
-                                 [&seen](const DriverConfig &config, QString *) -> IPtzDriver * {
-                                     seen = config;
-                                     // Stand-in for a network driver: reuse the simulation.
-                                     return new CSimulatedCamera(config.cameraId, QStringLiteral("speed-dome"),
-                                                                 nullptr, nullptr, config.parent);
-                                 });
-    DriverConfig config;
-    config.kind = QStringLiteral("network-test");
-    config.model = QStringLiteral("any");
-    config.cameraId = QStringLiteral("cam-9");
-    config.address = QStringLiteral("http://10.0.0.9");
-    std::unique_ptr<IPtzDriver> driver(CDriverFactory::create(config));
-    QVERIFY(driver);
-    QCOMPARE(seen.address, QStringLiteral("http://10.0.0.9"));
-    QCOMPARE(driver->cameraId(), QStringLiteral("cam-9"));
-    QVERIFY(CDriverFactory::kinds().contains(QStringLiteral("network-test")));
-}
 
 QTEST_GUILESS_MAIN(tst_CDriverFactory)
 #include "tst_cdriverfactory.moc"

@@ -27,77 +27,66 @@ class TestCInformationMgr : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        CInformationMgr::Instance()->SetDisplayDuration(100);
+        CInformationMgr::Instance()->SetFadeDuration(300);
+    }
+    void cleanup() { CInformationMgr::DestroyInstance(); }
 
-    void noticeAppearsAtBottomRightAndFadesAway();
-    void newNoticeReplacesTheOldOne();
-    void noticeGoesWithItsParent();
+    void noticeAppearsAtBottomRightAndFadesAway()
+    {
+        QWidget parent;
+        parent.show();
+        QSignalSpy spy(CInformationMgr::Instance(), &CInformationMgr::SignalInformationShown);
+        QPointer<QWidget> notice = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(
+            QStringLiteral("held by admin"), &parent);
+        QVERIFY(notice);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(Notices(), QList<QWidget *> { notice.data() });
+        QVERIFY(notice->isWindow());
+        QVERIFY(notice->windowFlags() & Qt::FramelessWindowHint);
+        auto *label = notice->findChild<QLabel *>(QLatin1String(CInformationMgr::NoticeTextObjectName()));
+        QVERIFY(label);
+        QCOMPARE(label->text(), QStringLiteral("held by admin"));
+
+        const QRect area = parent.screen()->availableGeometry();
+        const QRect frame = notice->geometry();
+        QVERIFY(area.contains(frame));
+        QVERIFY(area.right() - frame.right() < 40);
+        QVERIFY(area.bottom() - frame.bottom() < 40);
+        QCOMPARE(CInformationMgr::Instance()->GetCurrentNotice(), notice.data());
+
+        // Stays opaque at first, then fades and is gone.
+        QCOMPARE(notice->windowOpacity(), 1.0);
+        QTRY_VERIFY(notice && notice->windowOpacity() < 1.0);
+        QTRY_VERIFY(notice.isNull());
+        QVERIFY(Notices().isEmpty());
+        QVERIFY(!CInformationMgr::Instance()->GetCurrentNotice());
+    }
+    void newNoticeReplacesTheOldOne()
+    {
+        CInformationMgr::Instance()->SetDisplayDuration(60000);
+        QPointer<QWidget> first
+            = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("one"));
+        QPointer<QWidget> second
+            = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("two"));
+        QTRY_VERIFY(first.isNull());
+        QVERIFY(second);
+        QCOMPARE(Notices().size(), 1);
+        delete second;
+    }
+    void noticeGoesWithItsParent()
+    {
+        CInformationMgr::Instance()->SetDisplayDuration(60000);
+        auto *parent = new QWidget;
+        parent->show();
+        QPointer<QWidget> notice
+            = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("x"), parent);
+        delete parent;
+        QVERIFY(notice.isNull());
+    }
 };
-
-void TestCInformationMgr::init()
-{
-    CInformationMgr::Instance()->SetDisplayDuration(100);
-    CInformationMgr::Instance()->SetFadeDuration(300);
-}
-
-void TestCInformationMgr::cleanup()
-{
-    CInformationMgr::DestroyInstance();
-}
-
-void TestCInformationMgr::noticeAppearsAtBottomRightAndFadesAway()
-{
-    QWidget parent;
-    parent.show();
-    QSignalSpy spy(CInformationMgr::Instance(), &CInformationMgr::SignalInformationShown);
-    QPointer<QWidget> notice =
-        CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("held by admin"), &parent);
-    QVERIFY(notice);
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(Notices(), QList<QWidget *>{notice.data()});
-    QVERIFY(notice->isWindow());
-    QVERIFY(notice->windowFlags() & Qt::FramelessWindowHint);
-    auto *label = notice->findChild<QLabel *>(QLatin1String(CInformationMgr::NoticeTextObjectName()));
-    QVERIFY(label);
-    QCOMPARE(label->text(), QStringLiteral("held by admin"));
-
-    const QRect area = parent.screen()->availableGeometry();
-    const QRect frame = notice->geometry();
-    QVERIFY(area.contains(frame));
-    QVERIFY(area.right() - frame.right() < 40);
-    QVERIFY(area.bottom() - frame.bottom() < 40);
-    QCOMPARE(CInformationMgr::Instance()->GetCurrentNotice(), notice.data());
-
-    // Stays opaque at first, then fades and is gone.
-    QCOMPARE(notice->windowOpacity(), 1.0);
-    QTRY_VERIFY(notice && notice->windowOpacity() < 1.0);
-    QTRY_VERIFY(notice.isNull());
-    QVERIFY(Notices().isEmpty());
-    QVERIFY(!CInformationMgr::Instance()->GetCurrentNotice());
-}
-
-void TestCInformationMgr::newNoticeReplacesTheOldOne()
-{
-    CInformationMgr::Instance()->SetDisplayDuration(60000);
-    QPointer<QWidget> first = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("one"));
-    QPointer<QWidget> second = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("two"));
-    QTRY_VERIFY(first.isNull());
-    QVERIFY(second);
-    QCOMPARE(Notices().size(), 1);
-    delete second;
-}
-
-void TestCInformationMgr::noticeGoesWithItsParent()
-{
-    CInformationMgr::Instance()->SetDisplayDuration(60000);
-    auto *parent = new QWidget;
-    parent->show();
-    QPointer<QWidget> notice =
-        CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("x"), parent);
-    delete parent;
-    QVERIFY(notice.isNull());
-}
 
 QTEST_MAIN(TestCInformationMgr)
 #include "tst_cinformationmgr.moc"

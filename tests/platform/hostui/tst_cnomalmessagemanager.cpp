@@ -37,94 +37,78 @@ class TestCNomalMessageManager : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup();
+    void cleanup() { CNomalMessageManager::DestroyInstance(); }
 
-    void providerAnswersTheTip_data();
-    void providerAnswersTheTip();
-    void messagesAreAnnouncedWithLevel();
-    void modalTipWithoutProvider_data();
-    void modalTipWithoutProvider();
-    void modalMessageWithoutProvider();
+    void providerAnswersTheTip_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("confirmed");
+        QTest::newRow("confirm") << 1 << true;
+        QTest::newRow("cancel") << 0 << false;
+        QTest::newRow("closed") << -1 << false;
+    }
+    void providerAnswersTheTip()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, confirmed);
+        QStringList asked;
+        Mgr()->SetAnswerProvider([&asked, answer](const QString &text) {
+            asked << text;
+            return answer;
+        });
+        QVERIFY(Mgr()->HasAnswerProvider());
+        QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageTipAsked);
+        const int result = Mgr()->ShowMessageTip(QStringLiteral("ConfirmToDelete"));
+        QCOMPARE(result == CNomalMessageManager::AnswerConfirm, confirmed);
+        QCOMPARE(asked, QStringList { QStringLiteral("ConfirmToDelete") });
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("ConfirmToDelete"));
+    }
+    void messagesAreAnnouncedWithLevel()
+    {
+        int calls = 0;
+        Mgr()->SetAnswerProvider([&calls](const QString &) {
+            ++calls;
+            return 1;
+        });
+        QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageShown);
+        QWidget parent;
+        QCOMPARE(
+            Mgr()->ShowMessage(QStringLiteral("out of range"), CNomalMessageManager::LevelInformation, &parent), 1);
+        QCOMPARE(calls, 1);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("out of range"));
+        QCOMPARE(spy.at(0).at(1).toInt(), 1);
+
+        Mgr()->SetAnswerProvider({});
+        QVERIFY(!Mgr()->HasAnswerProvider());
+    }
+    void modalTipWithoutProvider_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("confirm") << "ptr_message_confirm_btn_" << 1;
+        QTest::newRow("cancel") << "ptr_message_cancel_btn_" << 0;
+    }
+    void modalTipWithoutProvider()
+    {
+        QFETCH(QString, button);
+        QFETCH(int, answer);
+        QWidget parent;
+        parent.show();
+        QString seen;
+        ClickInModalBox(button, &seen);
+        QCOMPARE(Mgr()->ShowMessageTip(QStringLiteral("Really?"), &parent), answer);
+        QCOMPARE(seen, QStringLiteral("Really?"));
+    }
+    void modalMessageWithoutProvider()
+    {
+        QString seen;
+        ClickInModalBox(QStringLiteral("ptr_message_confirm_btn_"), &seen);
+        QCOMPARE(Mgr()->ShowMessage(QStringLiteral("Saved"), CNomalMessageManager::LevelSuccess), 1);
+        QCOMPARE(seen, QStringLiteral("Saved"));
+    }
 };
-
-void TestCNomalMessageManager::cleanup()
-{
-    CNomalMessageManager::DestroyInstance();
-}
-
-void TestCNomalMessageManager::providerAnswersTheTip_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("confirmed");
-    QTest::newRow("confirm") << 1 << true;
-    QTest::newRow("cancel") << 0 << false;
-    QTest::newRow("closed") << -1 << false;
-}
-
-void TestCNomalMessageManager::providerAnswersTheTip()
-{
-    QFETCH(int, answer);
-    QFETCH(bool, confirmed);
-    QStringList asked;
-    Mgr()->SetAnswerProvider([&asked, answer](const QString &text) {
-        asked << text;
-        return answer;
-    });
-    QVERIFY(Mgr()->HasAnswerProvider());
-    QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageTipAsked);
-    const int result = Mgr()->ShowMessageTip(QStringLiteral("ConfirmToDelete"));
-    QCOMPARE(result == CNomalMessageManager::AnswerConfirm, confirmed);
-    QCOMPARE(asked, QStringList{QStringLiteral("ConfirmToDelete")});
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("ConfirmToDelete"));
-}
-
-void TestCNomalMessageManager::messagesAreAnnouncedWithLevel()
-{
-    int calls = 0;
-    Mgr()->SetAnswerProvider([&calls](const QString &) {
-        ++calls;
-        return 1;
-    });
-    QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageShown);
-    QWidget parent;
-    QCOMPARE(Mgr()->ShowMessage(QStringLiteral("out of range"), CNomalMessageManager::LevelInformation, &parent), 1);
-    QCOMPARE(calls, 1);
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("out of range"));
-    QCOMPARE(spy.at(0).at(1).toInt(), 1);
-
-    Mgr()->SetAnswerProvider({});
-    QVERIFY(!Mgr()->HasAnswerProvider());
-}
-
-void TestCNomalMessageManager::modalTipWithoutProvider_data()
-{
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("answer");
-    QTest::newRow("confirm") << "ptr_message_confirm_btn_" << 1;
-    QTest::newRow("cancel") << "ptr_message_cancel_btn_" << 0;
-}
-
-void TestCNomalMessageManager::modalTipWithoutProvider()
-{
-    QFETCH(QString, button);
-    QFETCH(int, answer);
-    QWidget parent;
-    parent.show();
-    QString seen;
-    ClickInModalBox(button, &seen);
-    QCOMPARE(Mgr()->ShowMessageTip(QStringLiteral("Really?"), &parent), answer);
-    QCOMPARE(seen, QStringLiteral("Really?"));
-}
-
-void TestCNomalMessageManager::modalMessageWithoutProvider()
-{
-    QString seen;
-    ClickInModalBox(QStringLiteral("ptr_message_confirm_btn_"), &seen);
-    QCOMPARE(Mgr()->ShowMessage(QStringLiteral("Saved"), CNomalMessageManager::LevelSuccess), 1);
-    QCOMPARE(seen, QStringLiteral("Saved"));
-}
 
 QTEST_MAIN(TestCNomalMessageManager)
 #include "tst_cnomalmessagemanager.moc"

@@ -10,89 +10,74 @@ class TestCVSStyleManager : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup();
-    void coloursFollowTheme_data();
-    void coloursFollowTheme();
-    void alphaIsApplied_data();
-    void alphaIsApplied();
-    void themeChangeIsReportedOnce();
+    void cleanup() { CVSStyleManager::DestroyInstance(); }
+    void coloursFollowTheme_data()
+    {
+        QTest::addColumn<int>("which");
+        QTest::newRow("irregular shape") << 0;
+        QTest::newRow("neutral T2") << 1;
+        QTest::newRow("text neutral T2") << 2;
+    }
+    void coloursFollowTheme()
+    {
+        QFETCH(int, which);
+        CVSStyleManager *m = CVSStyleManager::Instance();
+        const auto colour = [m, which] {
+            switch (which) {
+            case 0:
+                return m->ColorPtzIrregularShape();
+            case 1:
+                return m->GetNeuColorT2(0.5);
+            default:
+                return m->GetTextNeuColorT2(0.5);
+            }
+        };
+        QCOMPARE(m->GetTheme(), CVSStyleManager::DarkTheme);
+        const QColor dark = colour();
+        m->SetTheme(CVSStyleManager::WhiteTheme);
+        QVERIFY(m->IsWhiteTheme());
+        const QColor white = colour();
+        QVERIFY(dark.isValid());
+        QVERIFY(white.isValid());
+        QVERIFY(dark.rgb() != white.rgb());
+        // Dark theme colours are lighter than the white theme's where they sit on
+        // a dark background; the surfaces are the other way round.
+        if (which == 0)
+            QVERIFY(dark.lightness() < white.lightness());
+        else
+            QVERIFY(dark.lightness() > white.lightness());
+    }
+    void alphaIsApplied_data()
+    {
+        QTest::addColumn<qreal>("alpha");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("0.08") << qreal(0.08) << qRound(0.08 * 255);
+        QTest::newRow("0.7") << qreal(0.7) << qRound(0.7 * 255);
+        QTest::newRow("clamped above") << qreal(3.0) << 255;
+        QTest::newRow("clamped below") << qreal(-1.0) << 0;
+    }
+    void alphaIsApplied()
+    {
+        QFETCH(qreal, alpha);
+        QFETCH(int, expected);
+        CVSStyleManager *m = CVSStyleManager::Instance();
+        QCOMPARE(m->GetNeuColorT2(alpha).alpha(), expected);
+        QCOMPARE(m->GetTextNeuColorT2(alpha).alpha(), expected);
+        // The tone does not depend on the alpha.
+        QCOMPARE(m->GetTextNeuColorT2(alpha).rgb(), m->GetTextNeuColorT2(1.0).rgb());
+    }
+    void themeChangeIsReportedOnce()
+    {
+        CVSStyleManager *m = CVSStyleManager::Instance();
+        QSignalSpy spy(m, &CVSStyleManager::ThemeChanged);
+        m->SetTheme(CVSStyleManager::WhiteTheme);
+        m->SetTheme(CVSStyleManager::WhiteTheme);
+        m->SetTheme(CVSStyleManager::DarkTheme);
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(spy.at(0).at(0).toInt(), int(CVSStyleManager::WhiteTheme));
+        QCOMPARE(spy.at(1).at(0).toInt(), int(CVSStyleManager::DarkTheme));
+    }
 };
-
-void TestCVSStyleManager::cleanup()
-{
-    CVSStyleManager::DestroyInstance();
-}
-
-void TestCVSStyleManager::coloursFollowTheme_data()
-{
-    QTest::addColumn<int>("which");
-    QTest::newRow("irregular shape") << 0;
-    QTest::newRow("neutral T2") << 1;
-    QTest::newRow("text neutral T2") << 2;
-}
-
-void TestCVSStyleManager::coloursFollowTheme()
-{
-    QFETCH(int, which);
-    CVSStyleManager *m = CVSStyleManager::Instance();
-    const auto colour = [m, which] {
-        switch (which) {
-        case 0:
-            return m->ColorPtzIrregularShape();
-        case 1:
-            return m->GetNeuColorT2(0.5);
-        default:
-            return m->GetTextNeuColorT2(0.5);
-        }
-    };
-    QCOMPARE(m->GetTheme(), CVSStyleManager::DarkTheme);
-    const QColor dark = colour();
-    m->SetTheme(CVSStyleManager::WhiteTheme);
-    QVERIFY(m->IsWhiteTheme());
-    const QColor white = colour();
-    QVERIFY(dark.isValid());
-    QVERIFY(white.isValid());
-    QVERIFY(dark.rgb() != white.rgb());
-    // Dark theme colours are lighter than the white theme's where they sit on
-    // a dark background; the surfaces are the other way round.
-    if (which == 0)
-        QVERIFY(dark.lightness() < white.lightness());
-    else
-        QVERIFY(dark.lightness() > white.lightness());
-}
-
-void TestCVSStyleManager::alphaIsApplied_data()
-{
-    QTest::addColumn<qreal>("alpha");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("0.08") << qreal(0.08) << qRound(0.08 * 255);
-    QTest::newRow("0.7") << qreal(0.7) << qRound(0.7 * 255);
-    QTest::newRow("clamped above") << qreal(3.0) << 255;
-    QTest::newRow("clamped below") << qreal(-1.0) << 0;
-}
-
-void TestCVSStyleManager::alphaIsApplied()
-{
-    QFETCH(qreal, alpha);
-    QFETCH(int, expected);
-    CVSStyleManager *m = CVSStyleManager::Instance();
-    QCOMPARE(m->GetNeuColorT2(alpha).alpha(), expected);
-    QCOMPARE(m->GetTextNeuColorT2(alpha).alpha(), expected);
-    // The tone does not depend on the alpha.
-    QCOMPARE(m->GetTextNeuColorT2(alpha).rgb(), m->GetTextNeuColorT2(1.0).rgb());
-}
-
-void TestCVSStyleManager::themeChangeIsReportedOnce()
-{
-    CVSStyleManager *m = CVSStyleManager::Instance();
-    QSignalSpy spy(m, &CVSStyleManager::ThemeChanged);
-    m->SetTheme(CVSStyleManager::WhiteTheme);
-    m->SetTheme(CVSStyleManager::WhiteTheme);
-    m->SetTheme(CVSStyleManager::DarkTheme);
-    QCOMPARE(spy.count(), 2);
-    QCOMPARE(spy.at(0).at(0).toInt(), int(CVSStyleManager::WhiteTheme));
-    QCOMPARE(spy.at(1).at(0).toInt(), int(CVSStyleManager::DarkTheme));
-}
 
 QTEST_MAIN(TestCVSStyleManager)
 #include "tst_cvsstylemanager.moc"

@@ -1,6 +1,8 @@
-#include "ptztestenv.h"
+#include "support/records.h"
+#include "support/testenv.h"
 
 #include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
+#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QSignalSpy>
@@ -15,7 +17,6 @@ using zeph_ptz_controller::CSimpleFishEyeController;
 namespace demo = site_store::demo;
 
 namespace {
-const QString kFishEye = QString::fromLatin1(demo::kFishEye);
 
 struct Pos
 {
@@ -46,233 +47,209 @@ class TestBaseSoftwarePtzControllor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_env.setUp();
+        m_view = new CSimpleFishEyeController(4, this);
+        m_soft = new CBaseSoftwarePtzControllor(this);
+        m_soft->SetSoftwareControllor(m_view);
+        m_soft->SetCamera(kFishEye);
+        m_view->SetFishEyeWndOpen(true);
+    }
+    void cleanup()
+    {
+        delete m_soft;
+        delete m_view;
+        m_env.tearDown();
+    }
 
-    void controlTurnsTheSelectedView_data();
-    void controlTurnsTheSelectedView();
-    void refusesBadControl_data();
-    void refusesBadControl();
-    void autoPanRunsUntilAManualMove();
-    void presetsStoreAndRecallTheView();
-    void patrolVisitsItsPoints();
-    void patrolPathsComeFromTheStore();
-    void fishEyeViewsKeepTheirOwnState();
+    void controlTurnsTheSelectedView_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("panSign");
+        QTest::addColumn<int>("tiltSign");
+        QTest::addColumn<int>("zoomSign");
+        QTest::newRow("pan right") << 24 << 1 << 0 << 0;
+        QTest::newRow("up left") << 25 << -1 << 1 << 0;
+        QTest::newRow("zoom in") << 11 << 0 << 0 << 1;
+    }
+    void controlTurnsTheSelectedView()
+    {
+        QFETCH(int, code);
+        QFETCH(int, panSign);
+        QFETCH(int, tiltSign);
+        QFETCH(int, zoomSign);
+        const Pos start = PosOf(*m_view);
+        QVERIFY(m_soft->Control(unsigned(code), false, 40));
+        auto moved = [&] {
+            const Pos now = PosOf(*m_view);
+            const double pan = std::fmod(now.pan - start.pan + 540.0, 360.0) - 180.0;
+            return (panSign == 0 || pan * panSign > 2.0) && (tiltSign == 0 || (now.tilt - start.tilt) * tiltSign > 2.0)
+                && (zoomSign == 0 || now.zoom > start.zoom);
+        };
+        QTRY_VERIFY(moved());
+        QVERIFY(m_soft->Control(unsigned(code), true, 0));
+        const Pos stopped = PosOf(*m_view);
+        // Only the other sub-views stay where they were.
+        m_view->SetSelectedWnd(1);
+        QCOMPARE(PosOf(*m_view).pan, 0.0);
+        m_view->SetSelectedWnd(0);
+        QCOMPARE(PosOf(*m_view).pan, stopped.pan);
+    }
+    void refusesBadControl_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("speed");
+        QTest::newRow("unknown command") << 99 << 10;
+        QTest::newRow("speed 0") << 24 << 0;
+        QTest::newRow("speed 41") << 29 << 41;
+    }
+    void refusesBadControl()
+    {
+        QFETCH(int, code);
+        QFETCH(int, speed);
+        QSignalSpy autoPan(m_soft, &CBaseSoftwarePtzControllor::SignalAutoPanRunningState);
+        QVERIFY(!m_soft->Control(unsigned(code), false, speed));
+        QCOMPARE(autoPan.count(), 0);
+        QVERIFY(!m_soft->IsPtzAutoPanning());
+    }
+    void autoPanRunsUntilAManualMove()
+    {
+        QSignalSpy autoPan(m_soft, &CBaseSoftwarePtzControllor::SignalAutoPanRunningState);
+        const double start = PosOf(*m_view).pan;
+        QVERIFY(m_soft->Control(PTZ_CMD_AUTO_PAN, false, 40));
+        QCOMPARE(autoPan.count(), 1);
+        QCOMPARE(autoPan.at(0).at(0).toBool(), true);
+        QVERIFY(m_soft->IsPtzAutoPanning());
+        QVERIFY(m_view->IsSelectedWndAutoPanning());
+        QVERIFY(CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, true));
+        QVERIFY(!CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, false));
+        QTRY_VERIFY(PosOf(*m_view).pan > start + 2.0);
+
+        QVERIFY(m_soft->Control(PTZ_CMD_TILT_DOWN, false, 5));
+        QCOMPARE(autoPan.count(), 2);
+        QCOMPARE(autoPan.at(1).at(0).toBool(), false);
+        QVERIFY(!m_soft->IsPtzAutoPanning());
+        QVERIFY(!CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, true));
+        m_soft->Control(PTZ_CMD_TILT_DOWN, true, 0);
+    }
+    void presetsStoreAndRecallTheView()
+    {
+        m_soft->SetSemisphereFishEyePTZPos(120.0, -30.0, 2.0);
+        PresetInfo preset;
+        preset.preset_index = 5;
+        preset.preset_name = "Entrance";
+        QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, preset));
+        const auto stored = m_env.store()->virtualPreset(kFishEye, 5);
+        QVERIFY(stored);
+        QCOMPARE(stored->type, int(PRESET_TYPE_FISHEYE));
+        QCOMPARE(stored->pan, 120.0);
+
+        m_soft->SetSemisphereFishEyePTZPos(10.0, -80.0, 1.0);
+        PresetInfo recalled;
+        recalled.preset_index = 5;
+        QVERIFY(m_soft->RunPreset(recalled));
+        QCOMPARE(QString::fromStdString(recalled.preset_name), QStringLiteral("Entrance"));
+        const Pos now = PosOf(*m_view);
+        QCOMPARE(now.pan, 120.0);
+        QCOMPARE(now.tilt, -30.0);
+        QCOMPARE(now.zoom, 2.0);
+
+        QVERIFY(!m_soft->RunPreset(6u));
+        PresetInfo outside;
+        outside.preset_index = 257;
+        QVERIFY(!m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, outside));
+        QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetClear, recalled));
+        QVERIFY(!m_env.store()->virtualPreset(kFishEye, 5));
+    }
+    void patrolVisitsItsPoints()
+    {
+        storePreset(1, 30.0, -20.0, 1.0);
+        storePreset(2, 200.0, -60.0, 3.0);
+        QSignalSpy running(m_soft, &CBaseSoftwarePtzControllor::SignalPatrolRunningState);
+        std::vector<CruisePoint> tooShort = { Point(1, 1) };
+        QVERIFY(!m_soft->Cruise(PTZ_CMD_CRUISE_START, 2, tooShort)); // software dwell is 2..30 s
+        QCOMPARE(running.count(), 0);
+
+        std::vector<CruisePoint> points = { Point(1, 2), Point(2, 2) };
+        QVERIFY(m_soft->Cruise(PTZ_CMD_CRUISE_START, 2, points));
+        QCOMPARE(running.count(), 1);
+        QCOMPARE(running.at(0).at(1).toInt(), 2);
+        int number = 0;
+        QVERIFY(m_soft->IsPtzPatrolling(number));
+        QCOMPARE(number, 2);
+        QVERIFY(m_view->IsSelectedWndPatrolling(number));
+        QCOMPARE(PosOf(*m_view).pan, 30.0);
+        QTRY_COMPARE_WITH_TIMEOUT(m_soft->GetPatrolPointIndex(), 1, 4000);
+        QCOMPARE(PosOf(*m_view).pan, 200.0);
+        QCOMPARE(PosOf(*m_view).zoom, 3.0);
+
+        // Deleting the running patrol ends it.
+        QVERIFY(m_soft->DeleteCruise(2));
+        QCOMPARE(running.count(), 2);
+        QCOMPARE(running.at(1).at(0).toBool(), false);
+        QVERIFY(!m_soft->IsPtzPatrolling(number));
+        QVERIFY(!m_view->IsSelectedWndPatrolling(number));
+    }
+    void patrolPathsComeFromTheStore()
+    {
+        site_store::PatrolRecord record;
+        record.cameraId = kFishEye;
+        record.number = 4;
+        record.type = CRUISE_TYPE_SOFTWARE;
+        record.points = { { 1, 10, 5, QString() }, { 2, 10, 6, QString() } };
+        QVERIFY(m_env.store()->upsertPatrol(record));
+        std::vector<CruisePoint> points;
+        QVERIFY(m_soft->GetPatrolPathByIndex(4, points));
+        QCOMPARE(int(points.size()), 2);
+        QCOMPARE(points.at(1).dwell_time, 6);
+        QVERIFY(!m_soft->GetPatrolPathByIndex(5, points));
+
+        std::vector<CruisePoint> none;
+        QVERIFY(m_soft->StartPtzPatrol(4, none));
+        QCOMPARE(m_soft->GetPatrolPath(), 4);
+        m_soft->StopPtzPatrol();
+        QCOMPARE(m_soft->GetPatrolPath(), 4); // the last one run
+    }
+    void fishEyeViewsKeepTheirOwnState()
+    {
+        QSignalSpy open(m_view, &CSimpleFishEyeController::SignalFishEyeWndOpen);
+        QSignalSpy selected(m_view, &CSimpleFishEyeController::SignalFishEyeSelectedWndChanged);
+        m_view->SetFishEyeWndOpen(true);
+        QCOMPARE(open.count(), 0);
+        m_view->SetFishEyeWndOpen(false);
+        QCOMPARE(open.count(), 1);
+        QCOMPARE(open.at(0).at(0).toBool(), false);
+
+        m_view->SetSelectedWndAutoPanning(true);
+        m_view->SetSelectedWnd(2);
+        m_view->SetSelectedWnd(2);
+        m_view->SetSelectedWnd(9); // clamped to the last view
+        QCOMPARE(selected.count(), 2);
+        QCOMPARE(m_view->GetSelectedWnd(), 3);
+        QVERIFY(!m_view->IsSelectedWndAutoPanning());
+        m_view->SetSelectedWnd(0);
+        QVERIFY(m_view->IsSelectedWndAutoPanning());
+    }
 
 private:
-    void storePreset(int number, double pan, double tilt, double zoom);
+    void storePreset(int number, double pan, double tilt, double zoom)
+    {
+        site_store::VirtualPresetRecord r;
+        r.cameraId = kFishEye;
+        r.number = number;
+        r.name = QStringLiteral("P%1").arg(number);
+        r.type = PRESET_TYPE_FISHEYE;
+        r.pan = pan;
+        r.tilt = tilt;
+        r.zoom = zoom;
+        QVERIFY(m_env.store()->upsertVirtualPreset(r));
+    }
 
     PtzTestEnv m_env;
     CSimpleFishEyeController *m_view = nullptr;
     CBaseSoftwarePtzControllor *m_soft = nullptr;
 };
-
-void TestBaseSoftwarePtzControllor::init()
-{
-    m_env.setUp();
-    m_view = new CSimpleFishEyeController(4, this);
-    m_soft = new CBaseSoftwarePtzControllor(this);
-    m_soft->SetSoftwareControllor(m_view);
-    m_soft->SetCamera(kFishEye);
-    m_view->SetFishEyeWndOpen(true);
-}
-
-void TestBaseSoftwarePtzControllor::cleanup()
-{
-    delete m_soft;
-    delete m_view;
-    m_env.tearDown();
-}
-
-void TestBaseSoftwarePtzControllor::storePreset(int number, double pan, double tilt, double zoom)
-{
-    site_store::VirtualPresetRecord r;
-    r.cameraId = kFishEye;
-    r.number = number;
-    r.name = QStringLiteral("P%1").arg(number);
-    r.type = PRESET_TYPE_FISHEYE;
-    r.pan = pan;
-    r.tilt = tilt;
-    r.zoom = zoom;
-    QVERIFY(m_env.store()->upsertVirtualPreset(r));
-}
-
-void TestBaseSoftwarePtzControllor::controlTurnsTheSelectedView_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<int>("panSign");
-    QTest::addColumn<int>("tiltSign");
-    QTest::addColumn<int>("zoomSign");
-    QTest::newRow("pan right") << 24 << 1 << 0 << 0;
-    QTest::newRow("up left") << 25 << -1 << 1 << 0;
-    QTest::newRow("zoom in") << 11 << 0 << 0 << 1;
-}
-
-void TestBaseSoftwarePtzControllor::controlTurnsTheSelectedView()
-{
-    QFETCH(int, code);
-    QFETCH(int, panSign);
-    QFETCH(int, tiltSign);
-    QFETCH(int, zoomSign);
-    const Pos start = PosOf(*m_view);
-    QVERIFY(m_soft->Control(unsigned(code), false, 40));
-    auto moved = [&] {
-        const Pos now = PosOf(*m_view);
-        const double pan = std::fmod(now.pan - start.pan + 540.0, 360.0) - 180.0;
-        return (panSign == 0 || pan * panSign > 2.0) && (tiltSign == 0 || (now.tilt - start.tilt) * tiltSign > 2.0)
-               && (zoomSign == 0 || now.zoom > start.zoom);
-    };
-    QTRY_VERIFY(moved());
-    QVERIFY(m_soft->Control(unsigned(code), true, 0));
-    const Pos stopped = PosOf(*m_view);
-    // Only the other sub-views stay where they were.
-    m_view->SetSelectedWnd(1);
-    QCOMPARE(PosOf(*m_view).pan, 0.0);
-    m_view->SetSelectedWnd(0);
-    QCOMPARE(PosOf(*m_view).pan, stopped.pan);
-}
-
-void TestBaseSoftwarePtzControllor::refusesBadControl_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<int>("speed");
-    QTest::newRow("unknown command") << 99 << 10;
-    QTest::newRow("speed 0") << 24 << 0;
-    QTest::newRow("speed 41") << 29 << 41;
-}
-
-void TestBaseSoftwarePtzControllor::refusesBadControl()
-{
-    QFETCH(int, code);
-    QFETCH(int, speed);
-    QSignalSpy autoPan(m_soft, &CBaseSoftwarePtzControllor::SignalAutoPanRunningState);
-    QVERIFY(!m_soft->Control(unsigned(code), false, speed));
-    QCOMPARE(autoPan.count(), 0);
-    QVERIFY(!m_soft->IsPtzAutoPanning());
-}
-
-void TestBaseSoftwarePtzControllor::autoPanRunsUntilAManualMove()
-{
-    QSignalSpy autoPan(m_soft, &CBaseSoftwarePtzControllor::SignalAutoPanRunningState);
-    const double start = PosOf(*m_view).pan;
-    QVERIFY(m_soft->Control(PTZ_CMD_AUTO_PAN, false, 40));
-    QCOMPARE(autoPan.count(), 1);
-    QCOMPARE(autoPan.at(0).at(0).toBool(), true);
-    QVERIFY(m_soft->IsPtzAutoPanning());
-    QVERIFY(m_view->IsSelectedWndAutoPanning());
-    QVERIFY(CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, true));
-    QVERIFY(!CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, false));
-    QTRY_VERIFY(PosOf(*m_view).pan > start + 2.0);
-
-    QVERIFY(m_soft->Control(PTZ_CMD_TILT_DOWN, false, 5));
-    QCOMPARE(autoPan.count(), 2);
-    QCOMPARE(autoPan.at(1).at(0).toBool(), false);
-    QVERIFY(!m_soft->IsPtzAutoPanning());
-    QVERIFY(!CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, true));
-    m_soft->Control(PTZ_CMD_TILT_DOWN, true, 0);
-}
-
-void TestBaseSoftwarePtzControllor::presetsStoreAndRecallTheView()
-{
-    m_soft->SetSemisphereFishEyePTZPos(120.0, -30.0, 2.0);
-    PresetInfo preset;
-    preset.preset_index = 5;
-    preset.preset_name = "Entrance";
-    QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, preset));
-    const auto stored = m_env.store()->virtualPreset(kFishEye, 5);
-    QVERIFY(stored);
-    QCOMPARE(stored->type, int(PRESET_TYPE_FISHEYE));
-    QCOMPARE(stored->pan, 120.0);
-
-    m_soft->SetSemisphereFishEyePTZPos(10.0, -80.0, 1.0);
-    PresetInfo recalled;
-    recalled.preset_index = 5;
-    QVERIFY(m_soft->RunPreset(recalled));
-    QCOMPARE(QString::fromStdString(recalled.preset_name), QStringLiteral("Entrance"));
-    const Pos now = PosOf(*m_view);
-    QCOMPARE(now.pan, 120.0);
-    QCOMPARE(now.tilt, -30.0);
-    QCOMPARE(now.zoom, 2.0);
-
-    QVERIFY(!m_soft->RunPreset(6u));
-    PresetInfo outside;
-    outside.preset_index = 257;
-    QVERIFY(!m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, outside));
-    QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetClear, recalled));
-    QVERIFY(!m_env.store()->virtualPreset(kFishEye, 5));
-}
-
-void TestBaseSoftwarePtzControllor::patrolVisitsItsPoints()
-{
-    storePreset(1, 30.0, -20.0, 1.0);
-    storePreset(2, 200.0, -60.0, 3.0);
-    QSignalSpy running(m_soft, &CBaseSoftwarePtzControllor::SignalPatrolRunningState);
-    std::vector<CruisePoint> tooShort = {Point(1, 1)};
-    QVERIFY(!m_soft->Cruise(PTZ_CMD_CRUISE_START, 2, tooShort)); // software dwell is 2..30 s
-    QCOMPARE(running.count(), 0);
-
-    std::vector<CruisePoint> points = {Point(1, 2), Point(2, 2)};
-    QVERIFY(m_soft->Cruise(PTZ_CMD_CRUISE_START, 2, points));
-    QCOMPARE(running.count(), 1);
-    QCOMPARE(running.at(0).at(1).toInt(), 2);
-    int number = 0;
-    QVERIFY(m_soft->IsPtzPatrolling(number));
-    QCOMPARE(number, 2);
-    QVERIFY(m_view->IsSelectedWndPatrolling(number));
-    QCOMPARE(PosOf(*m_view).pan, 30.0);
-    QTRY_COMPARE_WITH_TIMEOUT(m_soft->GetPatrolPointIndex(), 1, 4000);
-    QCOMPARE(PosOf(*m_view).pan, 200.0);
-    QCOMPARE(PosOf(*m_view).zoom, 3.0);
-
-    // Deleting the running patrol ends it.
-    QVERIFY(m_soft->DeleteCruise(2));
-    QCOMPARE(running.count(), 2);
-    QCOMPARE(running.at(1).at(0).toBool(), false);
-    QVERIFY(!m_soft->IsPtzPatrolling(number));
-    QVERIFY(!m_view->IsSelectedWndPatrolling(number));
-}
-
-void TestBaseSoftwarePtzControllor::patrolPathsComeFromTheStore()
-{
-    site_store::PatrolRecord record;
-    record.cameraId = kFishEye;
-    record.number = 4;
-    record.type = CRUISE_TYPE_SOFTWARE;
-    record.points = {{1, 10, 5, QString()}, {2, 10, 6, QString()}};
-    QVERIFY(m_env.store()->upsertPatrol(record));
-    std::vector<CruisePoint> points;
-    QVERIFY(m_soft->GetPatrolPathByIndex(4, points));
-    QCOMPARE(int(points.size()), 2);
-    QCOMPARE(points.at(1).dwell_time, 6);
-    QVERIFY(!m_soft->GetPatrolPathByIndex(5, points));
-
-    std::vector<CruisePoint> none;
-    QVERIFY(m_soft->StartPtzPatrol(4, none));
-    QCOMPARE(m_soft->GetPatrolPath(), 4);
-    m_soft->StopPtzPatrol();
-    QCOMPARE(m_soft->GetPatrolPath(), 4); // the last one run
-}
-
-void TestBaseSoftwarePtzControllor::fishEyeViewsKeepTheirOwnState()
-{
-    QSignalSpy open(m_view, &CSimpleFishEyeController::SignalFishEyeWndOpen);
-    QSignalSpy selected(m_view, &CSimpleFishEyeController::SignalFishEyeSelectedWndChanged);
-    m_view->SetFishEyeWndOpen(true);
-    QCOMPARE(open.count(), 0);
-    m_view->SetFishEyeWndOpen(false);
-    QCOMPARE(open.count(), 1);
-    QCOMPARE(open.at(0).at(0).toBool(), false);
-
-    m_view->SetSelectedWndAutoPanning(true);
-    m_view->SetSelectedWnd(2);
-    m_view->SetSelectedWnd(2);
-    m_view->SetSelectedWnd(9); // clamped to the last view
-    QCOMPARE(selected.count(), 2);
-    QCOMPARE(m_view->GetSelectedWnd(), 3);
-    QVERIFY(!m_view->IsSelectedWndAutoPanning());
-    m_view->SetSelectedWnd(0);
-    QVERIFY(m_view->IsSelectedWndAutoPanning());
-}
 
 QTEST_GUILESS_MAIN(TestBaseSoftwarePtzControllor)
 #include "tst_cbasesoftwareptzcontrollor.moc"

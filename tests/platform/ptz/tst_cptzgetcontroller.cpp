@@ -1,4 +1,5 @@
-#include "ptztestenv.h"
+#include "support/records.h"
+#include "support/testenv.h"
 
 #include "zeph_ptz_controller/cptzgetcontroller.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
@@ -6,356 +7,338 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <functional>
-
 using namespace ptz_plugin_protocol;
 using zeph_ptz_controller::CPTZGetController;
 using zeph_ptz_controller::CUniversalPTZController;
 namespace demo = site_store::demo;
 
-namespace {
-const QString kDome = QString::fromLatin1(demo::kSpeedDome);
-
-ptz_devices::DevicePatrolPoint Point(int preset, int speed, int dwell)
-{
-    ptz_devices::DevicePatrolPoint p;
-    p.preset = preset;
-    p.speed = speed;
-    p.dwellSeconds = dwell;
-    return p;
-}
-} // namespace
-
 class TestPTZGetController : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
+public:
+    enum Query {
+        Presets,
+        SyncPresets,
+        AllPatrols,
+        PatrolType,
+        PatrolTypeBeforeDelete,
+        PatrolForPlay,
+        PatrolPath,
+        Patterns,
+        LockStatus
+    };
+    Q_ENUM(Query)
 
-    void queriesAnswerLaterAndOnce_data();
-    void queriesAnswerLaterAndOnce();
-    void presetsListDeviceThenClientPresets();
-    void presetChangesReachEveryGetterOfTheCamera();
-    void patrolSlotsCarryTheirKind_data();
-    void patrolSlotsCarryTheirKind();
-    void patrolPathsAreReadBack();
-    void writingPatrolsByKind();
-    void stopGettingDataDropsAnswers();
-    void lockStatusIsReadBack();
+private Q_SLOTS:
+    void init() { m_env.setUp(); }
+    void cleanup() { m_env.tearDown(); }
+
+    void queriesAnswerLaterAndOnce_data()
+    {
+        QTest::addColumn<Query>("query");
+        QTest::addColumn<QString>("camera");
+        QTest::addColumn<int>("number");
+        QTest::addColumn<bool>("succeeds");
+        const QMetaEnum queries = QMetaEnum::fromType<Query>();
+        for (int i = 0; i < queries.keyCount(); ++i) {
+            const auto q = Query(queries.value(i));
+            QTest::addRow("%s, known camera", queries.key(i)) << q << kDome << 1 << true;
+            QTest::addRow("%s, unknown camera", queries.key(i)) << q << QStringLiteral("no-such-camera") << 1 << false;
+        }
+        QTest::newRow("patterns of a camera without them") << Patterns << kBasic << 1 << false;
+        QTest::newRow("patrol number 9") << PatrolPath << kDome << 9 << false;
+    }
+    void queriesAnswerLaterAndOnce()
+    {
+        QFETCH(Query, query);
+        QFETCH(QString, camera);
+        QFETCH(int, number);
+        QFETCH(bool, succeeds);
+        seedCamera();
+        CPTZGetController getter;
+        QList<QSignalSpy *> good = {
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPresetsSuc),
+            new QSignalSpy(&getter, &CPTZGetController::SignalSyncPresetsSuc),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatrolsSuc),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeSuc),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetSinglePatrolSuc),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatternsSuc),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc),
+        };
+        QList<QSignalSpy *> bad = {
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPresetsFailed),
+            new QSignalSpy(&getter, &CPTZGetController::SignalSyncPresetsFailed),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatrolsFailed),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolFailed),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatternsFailed),
+            new QSignalSpy(&getter, &CPTZGetController::SignalGetPTZLockStatusFailed),
+        };
+        auto total = [](const QList<QSignalSpy *> &spies) {
+            int n = 0;
+            for (QSignalSpy *s : spies)
+                n += s->count();
+            return n;
+        };
+        switch (query) {
+        case Presets:
+            getter.StartGetPresets(camera);
+            break;
+        case SyncPresets:
+            getter.SyncPresetsFromDevice(camera);
+            break;
+        case AllPatrols:
+            getter.StartGetAllPatrols(camera);
+            break;
+        case PatrolType:
+            getter.StartGetPatrolType(camera, number);
+            break;
+        case PatrolTypeBeforeDelete:
+            getter.DeleteGetPatrolType(camera, number);
+            break;
+        case PatrolForPlay:
+            getter.StartExecPTZPatrolCommand(camera, number, false);
+            break;
+        case PatrolPath:
+            getter.StartGetPatrol(camera, number);
+            break;
+        case Patterns:
+            getter.StartGetPatterns(camera);
+            break;
+        case LockStatus:
+            getter.StartGetPTZLockStatus(camera);
+            break;
+        }
+        QCOMPARE(total(good) + total(bad), 0);
+        QTRY_COMPARE(total(good) + total(bad), 1);
+        QTRY_COMPARE(getter.PendingQueryCount(), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(total(good), succeeds ? 1 : 0);
+        QCOMPARE(total(bad), succeeds ? 0 : 1);
+        qDeleteAll(good);
+        qDeleteAll(bad);
+    }
+    void presetsListDeviceThenClientPresets()
+    {
+        seedCamera();
+        CPTZGetController getter;
+        getter.SetCamera(kDome);
+        PresetInfo virtual1;
+        virtual1.preset_index = 1;
+        virtual1.preset_type = PRESET_TYPE_VIRTUAL;
+        virtual1.preset_name = "Virtual gate";
+        QVERIFY(getter.AddOnePreset(kDome, virtual1));
+        PresetInfo device;
+        device.preset_index = 7;
+        device.preset_type = PRESET_TYPE_DEVICE;
+        QString error;
+        QVERIFY(!getter.AddOnePreset(kDome, device, error)); // device presets go through the camera
+        QVERIFY(!error.isEmpty());
+
+        QSignalSpy ok(&getter, &CPTZGetController::SignalGetPresetsSuc);
+        getter.StartGetPresets(kDome);
+        QTRY_VERIFY(ok.count() >= 1);
+        QVector<PresetInfo> list;
+        QVERIFY(getter.GetAllPresets(kDome, list));
+        QCOMPARE(list.size(), 3);
+        QCOMPARE(list.at(0).preset_type, int(PRESET_TYPE_DEVICE));
+        QCOMPARE(QString::fromStdString(list.at(0).preset_name), QStringLiteral("Gate"));
+        QCOMPARE(list.at(1).preset_index, 2);
+        QCOMPARE(list.at(2).preset_type, int(PRESET_TYPE_VIRTUAL));
+
+        // Number 1 exists twice; the type set in the record chooses.
+        PresetInfo found;
+        QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, found, 1));
+        QCOMPARE(found.preset_type, int(PRESET_TYPE_DEVICE));
+        found = PresetInfo();
+        found.preset_type = PRESET_TYPE_VIRTUAL;
+        QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, found, 1));
+        QCOMPARE(QString::fromStdString(found.preset_name), QStringLiteral("Virtual gate"));
+        QVERIFY(!CPTZGetController::GetPresetByIndexSync(kDome, found, 99));
+
+        QVERIFY(getter.ModifyPresetName(kDome, 1, QStringLiteral("Renamed"), error));
+        QCOMPARE(m_env.store()->virtualPreset(kDome, 1)->name, QStringLiteral("Renamed"));
+        QVERIFY(getter.DelPreset(kDome, 1));
+        QVERIFY(!getter.DelPreset(kDome, 1));
+        QVERIFY(getter.GetAllPresets(kDome, list));
+        QCOMPARE(list.size(), 2);
+    }
+    void presetChangesReachEveryGetterOfTheCamera()
+    {
+        CPTZGetController first;
+        CPTZGetController second;
+        CPTZGetController other;
+        first.SetCamera(kDome);
+        second.SetCamera(kDome);
+        other.SetCamera(QString::fromLatin1(demo::kBoxZoom));
+        QSignalSpy firstSpy(&first, &CPTZGetController::SignalGetPresetsSuc);
+        first.StartGetPresets(kDome);
+        QTRY_COMPARE(firstSpy.count(), 1);
+        QSignalSpy secondSpy(&second, &CPTZGetController::SignalGetPresetsSuc);
+        QSignalSpy otherSpy(&other, &CPTZGetController::SignalGetPresetsSuc);
+
+        CUniversalPTZController controller;
+        QSignalSpy done(&controller, &CUniversalPTZController::signalPresetFinished);
+        PresetControlRequest set;
+        set.operation = "SetPreset";
+        set.camera_index_code = kDome.toStdString();
+        set.preset_index = 12;
+        set.preset_name = "Stairs";
+        controller.Preset(set);
+        QTRY_COMPARE(done.count(), 1);
+        QTRY_COMPARE(secondSpy.count(), 1);
+        QCOMPARE(firstSpy.count(), 2);
+        QCOMPARE(otherSpy.count(), 0);
+        PresetInfo stairs;
+        QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, stairs, 12));
+        QCOMPARE(QString::fromStdString(stairs.preset_name), QStringLiteral("Stairs"));
+    }
+    void patrolSlotsCarryTheirKind_data()
+    {
+        QTest::addColumn<int>("slot");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("identifier");
+        QTest::addColumn<int>("minDwell");
+        QTest::addColumn<int>("maxDwell");
+        QTest::newRow("device patrol") << 1 << int(CRUISE_TYPE_DEVICE) << QString() << 1 << 30;
+        QTest::newRow("virtual patrol") << 3 << int(CRUISE_TYPE_VIRTUAL) << QStringLiteral("3") << 15 << 30;
+        QTest::newRow("empty slot") << 5 << int(CRUISE_TYPE_NONE) << QString() << 1 << 30;
+    }
+    void patrolSlotsCarryTheirKind()
+    {
+        QFETCH(int, slot);
+        QFETCH(int, type);
+        QFETCH(QString, identifier);
+        QFETCH(int, minDwell);
+        QFETCH(int, maxDwell);
+        seedCamera();
+        CPTZGetController getter;
+        QSignalSpy open(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen);
+        QSignalSpy del(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete);
+        getter.StartGetPatrolType(kDome, slot);
+        getter.DeleteGetPatrolType(kDome, slot);
+        QTRY_COMPARE(open.count(), 1);
+        QTRY_COMPARE(del.count(), 1);
+        QCOMPARE(open.at(0).at(0).toInt(), slot);
+        QCOMPARE(int(open.at(0).at(1).value<CruiseType>()), type);
+        QCOMPARE(open.at(0).at(2).toString(), identifier);
+        QCOMPARE(open.at(0).at(3).toInt(), minDwell);
+        QCOMPARE(open.at(0).at(4).toInt(), maxDwell);
+        QCOMPARE(int(del.at(0).at(1).value<CruiseType>()), type);
+        QCOMPARE(del.at(0).at(2).toString(), identifier);
+    }
+    void patrolPathsAreReadBack()
+    {
+        seedCamera();
+        CPTZGetController getter;
+        QSignalSpy all(&getter, &CPTZGetController::SignalGetAllPatrolsSuc);
+        getter.StartGetAllPatrols(kDome);
+        QTRY_COMPARE(all.count(), 1);
+        const auto patrols = all.at(0).at(1).value<QVector<CruiseInfo>>();
+        QCOMPARE(patrols.size(), 2);
+        QCOMPARE(patrols.at(0).cruise_index, 1);
+        QCOMPARE(patrols.at(0).cruise_type, int(CRUISE_TYPE_DEVICE));
+        QCOMPARE(patrols.at(1).cruise_index, 3);
+        QCOMPARE(patrols.at(1).cruise_type, int(CRUISE_TYPE_VIRTUAL));
+
+        QSignalSpy single(&getter, &CPTZGetController::SignalGetSinglePatrolSuc);
+        getter.StartGetPatrol(kDome, 1);
+        QTRY_COMPARE(single.count(), 1);
+        GetCruiseRouteResponse route;
+        QVERIFY(getter.GetEditPatrol(kDome, route));
+        QCOMPARE(route.cruise_index, 1);
+        QCOMPARE(int(route.points.size()), 2);
+        QCOMPARE(route.points.at(1).preset_index, 2u);
+        QCOMPARE(QString::fromStdString(route.points.at(0).preset_name), QStringLiteral("Gate"));
+
+        QSignalSpy exec(&getter, &CPTZGetController::SignalGetPatrolTypeSuc);
+        getter.StartExecPTZPatrolCommand(kDome, 3, true);
+        QTRY_COMPARE(exec.count(), 1);
+        QCOMPARE(exec.at(0).at(1).toBool(), true);
+        QCOMPARE(int(exec.at(0).at(2).value<CruiseType>()), int(CRUISE_TYPE_VIRTUAL));
+        const auto points = exec.at(0).at(3).value<std::list<CruisePoint>>();
+        QCOMPARE(int(points.size()), 2);
+        QCOMPARE(points.back().dwell_time, 25);
+    }
+    void writingPatrolsByKind()
+    {
+        seedCamera();
+        CPTZGetController getter;
+        QSignalSpy hardware(&getter, &CPTZGetController::SignalSetHardwarePatrolFinished);
+        QSignalSpy software(&getter, &CPTZGetController::SignalSetSoftwarePatrolFinished);
+        QSignalSpy failed(&getter, &CPTZGetController::SignalSetPatrolFailed);
+        CruisePoint p;
+        p.preset_index = 2;
+        p.speed = 5;
+        p.dwell_time = 10;
+        getter.StartSetPatrol(kDome, 2, CRUISE_TYPE_DEVICE, { p, p });
+        QTRY_COMPARE(hardware.count(), 1);
+        QCOMPARE(m_env.camera(demo::kSpeedDome)->patrols().size(), 2);
+        p.dwell_time = 20;
+        getter.StartSetPatrol(kDome, 4, CRUISE_TYPE_VIRTUAL, { p });
+        QTRY_COMPARE(software.count(), 1);
+        QCOMPARE(m_env.store()->patrol(kDome, 4)->type, int(CRUISE_TYPE_VIRTUAL));
+        p.dwell_time = 40;
+        getter.StartSetPatrol(kDome, 5, CRUISE_TYPE_SOFTWARE, { p });
+        QTRY_COMPARE(failed.count(), 1);
+        QVERIFY(!failed.at(0).at(1).toString().isEmpty());
+        QVERIFY(!m_env.store()->patrol(kDome, 5));
+    }
+    void stopGettingDataDropsAnswers()
+    {
+        CPTZGetController getter;
+        QSignalSpy presets(&getter, &CPTZGetController::SignalGetPresetsSuc);
+        QSignalSpy lock(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc);
+        getter.StartGetPresets(kDome);
+        getter.StartGetPTZLockStatus(kDome);
+        getter.StopGettingData();
+        QTRY_COMPARE(m_env.camera(demo::kSpeedDome)->pendingRequestCount(), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(presets.count(), 0);
+        QCOMPARE(lock.count(), 0);
+        // Later queries are answered again.
+        getter.StartGetPTZLockStatus(kDome);
+        QTRY_COMPARE(lock.count(), 1);
+    }
+    void lockStatusIsReadBack()
+    {
+        CPTZGetController getter;
+        PTZLockStatusResponse status;
+        QVERIFY(!getter.GetPTZLockStatus(kDome, status));
+        QVERIFY(m_env.business()->LockPTZ(kDome.toStdString(), demo::kSenior, 90));
+        QSignalSpy ok(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc);
+        getter.StartGetPTZLockStatus(kDome);
+        QTRY_COMPARE(ok.count(), 1);
+        QCOMPARE(ok.at(0).at(0).toString(), kDome);
+        QVERIFY(getter.GetPTZLockStatus(kDome, status));
+        QCOMPARE(status.locked, 1);
+        QCOMPARE(QString::fromStdString(status.user_name), QString::fromLatin1(demo::kSenior));
+        QCOMPARE(status.ptz_level, demo::kSeniorLevel);
+        QVERIFY(status.remaining_time > 0 && status.remaining_time <= 90);
+    }
 
 private:
     // Device presets 1 and 2, device patrol 1 over them, a virtual patrol in slot 3.
-    void seedCamera();
+    void seedCamera()
+    {
+        ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
+        QVERIFY(cam);
+        cam->setPreset(1, QStringLiteral("Gate"));
+        cam->setPreset(2, QStringLiteral("Door"));
+        cam->writePatrol(1, { PatrolPoint(1, 10, 5), PatrolPoint(2, 10, 5) });
+        QTRY_COMPARE(cam->pendingRequestCount(), 0);
+        site_store::PatrolRecord patrol;
+        patrol.cameraId = kDome;
+        patrol.number = 3;
+        patrol.type = CRUISE_TYPE_VIRTUAL;
+        patrol.name = QStringLiteral("cruise3");
+        patrol.points = { { 1, 0, 20, QString() }, { 2, 0, 25, QString() } };
+        QVERIFY(m_env.store()->upsertPatrol(patrol));
+    }
     PtzTestEnv m_env;
 };
-
-void TestPTZGetController::init()
-{
-    m_env.setUp();
-}
-
-void TestPTZGetController::cleanup()
-{
-    m_env.tearDown();
-}
-
-void TestPTZGetController::seedCamera()
-{
-    ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
-    QVERIFY(cam);
-    cam->setPreset(1, QStringLiteral("Gate"));
-    cam->setPreset(2, QStringLiteral("Door"));
-    cam->writePatrol(1, {Point(1, 10, 5), Point(2, 10, 5)});
-    QTRY_COMPARE(cam->pendingRequestCount(), 0);
-    site_store::PatrolRecord patrol;
-    patrol.cameraId = kDome;
-    patrol.number = 3;
-    patrol.type = CRUISE_TYPE_VIRTUAL;
-    patrol.name = QStringLiteral("cruise3");
-    patrol.points = {{1, 0, 20, QString()}, {2, 0, 25, QString()}};
-    QVERIFY(m_env.store()->upsertPatrol(patrol));
-}
-
-void TestPTZGetController::queriesAnswerLaterAndOnce_data()
-{
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<QString>("camera");
-    QTest::addColumn<bool>("succeeds");
-    const QString dome = kDome;
-    const QString unknown = QStringLiteral("no-such-camera");
-    for (const char *q : {"presets", "sync presets", "all patrols", "patrol type", "patrol type before delete",
-                          "patrol for play", "patrol path", "patterns", "lock status"}) {
-        QTest::newRow(qPrintable(QStringLiteral("%1, known camera").arg(q))) << QString::fromLatin1(q) << dome << true;
-        QTest::newRow(qPrintable(QStringLiteral("%1, unknown camera").arg(q)))
-            << QString::fromLatin1(q) << unknown << false;
-    }
-    QTest::newRow("patterns of a camera without them")
-        << QStringLiteral("patterns") << QString::fromLatin1(demo::kPtzNoPattern) << false;
-    QTest::newRow("patrol number 9") << QStringLiteral("patrol path") << dome << false;
-}
-
-void TestPTZGetController::queriesAnswerLaterAndOnce()
-{
-    QFETCH(QString, query);
-    QFETCH(QString, camera);
-    QFETCH(bool, succeeds);
-    seedCamera();
-    CPTZGetController getter;
-    QList<QSignalSpy *> good = {
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPresetsSuc),
-        new QSignalSpy(&getter, &CPTZGetController::SignalSyncPresetsSuc),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatrolsSuc),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeSuc),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetSinglePatrolSuc),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatternsSuc),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc),
-    };
-    QList<QSignalSpy *> bad = {
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPresetsFailed),
-        new QSignalSpy(&getter, &CPTZGetController::SignalSyncPresetsFailed),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatrolsFailed),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolFailed),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatternsFailed),
-        new QSignalSpy(&getter, &CPTZGetController::SignalGetPTZLockStatusFailed),
-    };
-    auto total = [](const QList<QSignalSpy *> &spies) {
-        int n = 0;
-        for (QSignalSpy *s : spies)
-            n += s->count();
-        return n;
-    };
-    const int number = QString::fromLatin1(QTest::currentDataTag()).contains(QLatin1String("9")) ? 9 : 1;
-    const QHash<QString, std::function<void()>> send = {
-        {"presets", [&] { getter.StartGetPresets(camera); }},
-        {"sync presets", [&] { getter.SyncPresetsFromDevice(camera); }},
-        {"all patrols", [&] { getter.StartGetAllPatrols(camera); }},
-        {"patrol type", [&] { getter.StartGetPatrolType(camera, number); }},
-        {"patrol type before delete", [&] { getter.DeleteGetPatrolType(camera, number); }},
-        {"patrol for play", [&] { getter.StartExecPTZPatrolCommand(camera, number, false); }},
-        {"patrol path", [&] { getter.StartGetPatrol(camera, number); }},
-        {"patterns", [&] { getter.StartGetPatterns(camera); }},
-        {"lock status", [&] { getter.StartGetPTZLockStatus(camera); }},
-    };
-    send.value(query)();
-    QCOMPARE(total(good) + total(bad), 0);
-    QTRY_COMPARE(total(good) + total(bad), 1);
-    QTRY_COMPARE(getter.PendingQueryCount(), 0);
-    QCoreApplication::processEvents();
-    QCOMPARE(total(good), succeeds ? 1 : 0);
-    QCOMPARE(total(bad), succeeds ? 0 : 1);
-    qDeleteAll(good);
-    qDeleteAll(bad);
-}
-
-void TestPTZGetController::presetsListDeviceThenClientPresets()
-{
-    seedCamera();
-    CPTZGetController getter;
-    getter.SetCamera(kDome);
-    PresetInfo virtual1;
-    virtual1.preset_index = 1;
-    virtual1.preset_type = PRESET_TYPE_VIRTUAL;
-    virtual1.preset_name = "Virtual gate";
-    QVERIFY(getter.AddOnePreset(kDome, virtual1));
-    PresetInfo device;
-    device.preset_index = 7;
-    device.preset_type = PRESET_TYPE_DEVICE;
-    QString error;
-    QVERIFY(!getter.AddOnePreset(kDome, device, error)); // device presets go through the camera
-    QVERIFY(!error.isEmpty());
-
-    QSignalSpy ok(&getter, &CPTZGetController::SignalGetPresetsSuc);
-    getter.StartGetPresets(kDome);
-    QTRY_VERIFY(ok.count() >= 1);
-    QVector<PresetInfo> list;
-    QVERIFY(getter.GetAllPresets(kDome, list));
-    QCOMPARE(list.size(), 3);
-    QCOMPARE(list.at(0).preset_type, int(PRESET_TYPE_DEVICE));
-    QCOMPARE(QString::fromStdString(list.at(0).preset_name), QStringLiteral("Gate"));
-    QCOMPARE(list.at(1).preset_index, 2);
-    QCOMPARE(list.at(2).preset_type, int(PRESET_TYPE_VIRTUAL));
-
-    // Number 1 exists twice; the type set in the record chooses.
-    PresetInfo found;
-    QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, found, 1));
-    QCOMPARE(found.preset_type, int(PRESET_TYPE_DEVICE));
-    found = PresetInfo();
-    found.preset_type = PRESET_TYPE_VIRTUAL;
-    QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, found, 1));
-    QCOMPARE(QString::fromStdString(found.preset_name), QStringLiteral("Virtual gate"));
-    QVERIFY(!CPTZGetController::GetPresetByIndexSync(kDome, found, 99));
-
-    QVERIFY(getter.ModifyPresetName(kDome, 1, QStringLiteral("Renamed"), error));
-    QCOMPARE(m_env.store()->virtualPreset(kDome, 1)->name, QStringLiteral("Renamed"));
-    QVERIFY(getter.DelPreset(kDome, 1));
-    QVERIFY(!getter.DelPreset(kDome, 1));
-    QVERIFY(getter.GetAllPresets(kDome, list));
-    QCOMPARE(list.size(), 2);
-}
-
-void TestPTZGetController::presetChangesReachEveryGetterOfTheCamera()
-{
-    CPTZGetController first;
-    CPTZGetController second;
-    CPTZGetController other;
-    first.SetCamera(kDome);
-    second.SetCamera(kDome);
-    other.SetCamera(QString::fromLatin1(demo::kBoxZoom));
-    QSignalSpy firstSpy(&first, &CPTZGetController::SignalGetPresetsSuc);
-    first.StartGetPresets(kDome);
-    QTRY_COMPARE(firstSpy.count(), 1);
-    QSignalSpy secondSpy(&second, &CPTZGetController::SignalGetPresetsSuc);
-    QSignalSpy otherSpy(&other, &CPTZGetController::SignalGetPresetsSuc);
-
-    CUniversalPTZController controller;
-    QSignalSpy done(&controller, &CUniversalPTZController::signalPresetFinished);
-    PresetControlRequest set;
-    set.operation = "SetPreset";
-    set.camera_index_code = kDome.toStdString();
-    set.preset_index = 12;
-    set.preset_name = "Stairs";
-    controller.Preset(set);
-    QTRY_COMPARE(done.count(), 1);
-    QTRY_COMPARE(secondSpy.count(), 1);
-    QCOMPARE(firstSpy.count(), 2);
-    QCOMPARE(otherSpy.count(), 0);
-    PresetInfo stairs;
-    QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, stairs, 12));
-    QCOMPARE(QString::fromStdString(stairs.preset_name), QStringLiteral("Stairs"));
-}
-
-void TestPTZGetController::patrolSlotsCarryTheirKind_data()
-{
-    QTest::addColumn<int>("slot");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("identifier");
-    QTest::addColumn<int>("minDwell");
-    QTest::addColumn<int>("maxDwell");
-    QTest::newRow("device patrol") << 1 << int(CRUISE_TYPE_DEVICE) << QString() << 1 << 30;
-    QTest::newRow("virtual patrol") << 3 << int(CRUISE_TYPE_VIRTUAL) << QStringLiteral("3") << 15 << 30;
-    QTest::newRow("empty slot") << 5 << int(CRUISE_TYPE_NONE) << QString() << 1 << 30;
-}
-
-void TestPTZGetController::patrolSlotsCarryTheirKind()
-{
-    QFETCH(int, slot);
-    QFETCH(int, type);
-    QFETCH(QString, identifier);
-    QFETCH(int, minDwell);
-    QFETCH(int, maxDwell);
-    seedCamera();
-    CPTZGetController getter;
-    QSignalSpy open(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen);
-    QSignalSpy del(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete);
-    getter.StartGetPatrolType(kDome, slot);
-    getter.DeleteGetPatrolType(kDome, slot);
-    QTRY_COMPARE(open.count(), 1);
-    QTRY_COMPARE(del.count(), 1);
-    QCOMPARE(open.at(0).at(0).toInt(), slot);
-    QCOMPARE(int(open.at(0).at(1).value<CruiseType>()), type);
-    QCOMPARE(open.at(0).at(2).toString(), identifier);
-    QCOMPARE(open.at(0).at(3).toInt(), minDwell);
-    QCOMPARE(open.at(0).at(4).toInt(), maxDwell);
-    QCOMPARE(int(del.at(0).at(1).value<CruiseType>()), type);
-    QCOMPARE(del.at(0).at(2).toString(), identifier);
-}
-
-void TestPTZGetController::patrolPathsAreReadBack()
-{
-    seedCamera();
-    CPTZGetController getter;
-    QSignalSpy all(&getter, &CPTZGetController::SignalGetAllPatrolsSuc);
-    getter.StartGetAllPatrols(kDome);
-    QTRY_COMPARE(all.count(), 1);
-    const auto patrols = all.at(0).at(1).value<QVector<CruiseInfo>>();
-    QCOMPARE(patrols.size(), 2);
-    QCOMPARE(patrols.at(0).cruise_index, 1);
-    QCOMPARE(patrols.at(0).cruise_type, int(CRUISE_TYPE_DEVICE));
-    QCOMPARE(patrols.at(1).cruise_index, 3);
-    QCOMPARE(patrols.at(1).cruise_type, int(CRUISE_TYPE_VIRTUAL));
-
-    QSignalSpy single(&getter, &CPTZGetController::SignalGetSinglePatrolSuc);
-    getter.StartGetPatrol(kDome, 1);
-    QTRY_COMPARE(single.count(), 1);
-    GetCruiseRouteResponse route;
-    QVERIFY(getter.GetEditPatrol(kDome, route));
-    QCOMPARE(route.cruise_index, 1);
-    QCOMPARE(int(route.points.size()), 2);
-    QCOMPARE(route.points.at(1).preset_index, 2u);
-    QCOMPARE(QString::fromStdString(route.points.at(0).preset_name), QStringLiteral("Gate"));
-
-    QSignalSpy exec(&getter, &CPTZGetController::SignalGetPatrolTypeSuc);
-    getter.StartExecPTZPatrolCommand(kDome, 3, true);
-    QTRY_COMPARE(exec.count(), 1);
-    QCOMPARE(exec.at(0).at(1).toBool(), true);
-    QCOMPARE(int(exec.at(0).at(2).value<CruiseType>()), int(CRUISE_TYPE_VIRTUAL));
-    const auto points = exec.at(0).at(3).value<std::list<CruisePoint>>();
-    QCOMPARE(int(points.size()), 2);
-    QCOMPARE(points.back().dwell_time, 25);
-}
-
-void TestPTZGetController::writingPatrolsByKind()
-{
-    seedCamera();
-    CPTZGetController getter;
-    QSignalSpy hardware(&getter, &CPTZGetController::SignalSetHardwarePatrolFinished);
-    QSignalSpy software(&getter, &CPTZGetController::SignalSetSoftwarePatrolFinished);
-    QSignalSpy failed(&getter, &CPTZGetController::SignalSetPatrolFailed);
-    CruisePoint p;
-    p.preset_index = 2;
-    p.speed = 5;
-    p.dwell_time = 10;
-    getter.StartSetPatrol(kDome, 2, CRUISE_TYPE_DEVICE, {p, p});
-    QTRY_COMPARE(hardware.count(), 1);
-    QCOMPARE(m_env.camera(demo::kSpeedDome)->patrols().size(), 2);
-    p.dwell_time = 20;
-    getter.StartSetPatrol(kDome, 4, CRUISE_TYPE_VIRTUAL, {p});
-    QTRY_COMPARE(software.count(), 1);
-    QCOMPARE(m_env.store()->patrol(kDome, 4)->type, int(CRUISE_TYPE_VIRTUAL));
-    p.dwell_time = 40;
-    getter.StartSetPatrol(kDome, 5, CRUISE_TYPE_SOFTWARE, {p});
-    QTRY_COMPARE(failed.count(), 1);
-    QVERIFY(!failed.at(0).at(1).toString().isEmpty());
-    QVERIFY(!m_env.store()->patrol(kDome, 5));
-}
-
-void TestPTZGetController::stopGettingDataDropsAnswers()
-{
-    CPTZGetController getter;
-    QSignalSpy presets(&getter, &CPTZGetController::SignalGetPresetsSuc);
-    QSignalSpy lock(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc);
-    getter.StartGetPresets(kDome);
-    getter.StartGetPTZLockStatus(kDome);
-    getter.StopGettingData();
-    QTRY_COMPARE(m_env.camera(demo::kSpeedDome)->pendingRequestCount(), 0);
-    QCoreApplication::processEvents();
-    QCOMPARE(presets.count(), 0);
-    QCOMPARE(lock.count(), 0);
-    // Later queries are answered again.
-    getter.StartGetPTZLockStatus(kDome);
-    QTRY_COMPARE(lock.count(), 1);
-}
-
-void TestPTZGetController::lockStatusIsReadBack()
-{
-    CPTZGetController getter;
-    PTZLockStatusResponse status;
-    QVERIFY(!getter.GetPTZLockStatus(kDome, status));
-    QVERIFY(m_env.business()->LockPTZ(kDome.toStdString(), demo::kSenior, 90));
-    QSignalSpy ok(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc);
-    getter.StartGetPTZLockStatus(kDome);
-    QTRY_COMPARE(ok.count(), 1);
-    QCOMPARE(ok.at(0).at(0).toString(), kDome);
-    QVERIFY(getter.GetPTZLockStatus(kDome, status));
-    QCOMPARE(status.locked, 1);
-    QCOMPARE(QString::fromStdString(status.user_name), QString::fromLatin1(demo::kSenior));
-    QCOMPARE(status.ptz_level, demo::kSeniorLevel);
-    QVERIFY(status.remaining_time > 0 && status.remaining_time <= 90);
-}
 
 QTEST_GUILESS_MAIN(TestPTZGetController)
 #include "tst_cptzgetcontroller.moc"

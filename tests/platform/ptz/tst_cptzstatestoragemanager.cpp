@@ -1,4 +1,5 @@
-#include "ptztestenv.h"
+#include "support/records.h"
+#include "support/testenv.h"
 
 #include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
@@ -13,7 +14,6 @@ using zeph_ptz_controller::CUniversalPTZController;
 namespace demo = site_store::demo;
 
 namespace {
-const QString kDome = QString::fromLatin1(demo::kSpeedDome);
 const QString kOther = QStringLiteral("other-camera");
 
 CPTZStateStorageManager *Storage()
@@ -37,210 +37,178 @@ class TestPTZStateStorageManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { m_env.setUp(); }
+    void cleanup() { m_env.tearDown(); }
 
-    void unknownCameraReadsIdle();
-    void patternNumbers_data();
-    void patternNumbers();
-    void autoScanKeepsDeviceAndSoftwareApart();
-    void changesAreSignalledOnce();
-    void interruptionResumesAfterTheWait();
-    void resumeSkippedWhenItsOwnerIsGone();
-    void clearedInterruptionStaysSilent();
-    void secondRecordKeepsTheFirstResume();
-    void resumeHandlerBringsBackAPanelsInterruption();
-    void panelsOfOneCameraShareTheState();
+    void unknownCameraReadsIdle()
+    {
+        QVERIFY(!Storage()->HasCamera(kOther));
+        QVERIFY(!Storage()->IsLight(kOther));
+        QVERIFY(!Storage()->IsCruising(kOther));
+        QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
+        QCOMPARE(Storage()->GetRunningPattern(kOther), -1);
+        QCOMPARE(Storage()->GetRecordPattern(kOther), -1);
+        int number = 0;
+        QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
+        QVERIFY(!Storage()->HasCamera(kOther)); // reading registers nothing
+        Storage()->AddCamera(kOther);
+        QVERIFY(Storage()->HasCamera(kOther));
+    }
+    void patternNumbers_data()
+    {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<int>("read");
+        QTest::newRow("pattern 3") << 3 << 3;
+        QTest::newRow("0 clears") << 0 << -1;
+        QTest::newRow("-1 clears") << -1 << -1;
+    }
+    void patternNumbers()
+    {
+        QFETCH(int, stored);
+        QFETCH(int, read);
+        Storage()->SetRunningPattern(kOther, 2);
+        Storage()->SetRecordPattern(kOther, 2);
+        Storage()->SetRunningPattern(kOther, stored);
+        Storage()->SetRecordPattern(kOther, stored);
+        QCOMPARE(Storage()->GetRunningPattern(kOther), read);
+        QCOMPARE(Storage()->GetRecordPattern(kOther), read);
+        QCOMPARE(Storage()->IsRunningPattern(kOther), read > 0);
+        QCOMPARE(Storage()->IsRecordPattern(kOther), read > 0);
+    }
+    void autoScanKeepsDeviceAndSoftwareApart()
+    {
+        Storage()->SetAutoScan(kOther, true, true);
+        QVERIFY(Storage()->IsAutoScan(kOther, true));
+        QVERIFY(!Storage()->IsAutoScan(kOther, false));
+        Storage()->SetAutoScan(kOther, true, false);
+        Storage()->SetAutoScan(kOther, false, true);
+        QVERIFY(Storage()->IsAutoScan(kOther, false));
+        QVERIFY(!Storage()->IsAutoScan(kOther, true));
+    }
+    void changesAreSignalledOnce()
+    {
+        QSignalSpy changed(Storage(), &CPTZStateStorageManager::SignalStateChanged);
+        Storage()->SetCruising(kOther, true, 4);
+        Storage()->SetCruising(kOther, true, 4);
+        Storage()->SetLight(kOther, false); // already off
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(Storage()->GetRunningCruise(kOther), 4);
+        Storage()->SetCruising(kOther, false, 4);
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
+    }
+    void interruptionResumesAfterTheWait()
+    {
+        QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
+        int resumed = 0;
+        QObject owner;
+        Storage()->SetCruising(kOther, true, 3);
+        Storage()->SetInterruptCruise(kOther, 3, 20, &owner, [&] {
+            ++resumed;
+            // Running again by the time the owner resumes it.
+            QCOMPARE(Storage()->GetRunningCruise(kOther), 3);
+        });
+        Storage()->SetCruising(kOther, false, -1);
+        int number = 0;
+        QVERIFY(Storage()->IsInterruptCruise(kOther, number));
+        QCOMPARE(number, 3);
+        QVERIFY(!Storage()->IsInterruptPattern(kOther, number));
+
+        QTRY_COMPARE(timeout.count(), 1);
+        QCOMPARE(timeout.at(0).at(0).toBool(), true);
+        QCOMPARE(timeout.at(0).at(1).toString(), kOther);
+        QCOMPARE(timeout.at(0).at(2).toInt(), 3);
+        QCOMPARE(resumed, 1);
+        QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
+        QCOMPARE(Storage()->GetRunningCruise(kOther), 3);
+
+        Storage()->SetInterruptPattern(kOther, 2, 10);
+        QTRY_COMPARE(timeout.count(), 2);
+        QCOMPARE(timeout.at(1).at(0).toBool(), false);
+        QCOMPARE(Storage()->GetRunningPattern(kOther), 2);
+    }
+    void resumeSkippedWhenItsOwnerIsGone()
+    {
+        QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
+        bool resumed = false;
+        auto *owner = new QObject;
+        Storage()->SetInterruptCruise(kOther, 1, 10, owner, [&] { resumed = true; });
+        delete owner;
+        QTRY_COMPARE(timeout.count(), 1);
+        QVERIFY(!resumed);
+    }
+    void clearedInterruptionStaysSilent()
+    {
+        QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
+        Storage()->SetInterruptCruise(kOther, 1, 10);
+        Storage()->ClearInterrupt(kOther);
+        // A later interruption of the same wait on another camera fires; the cleared one never does.
+        Storage()->SetInterruptCruise(kDome, 2, 20);
+        QTRY_COMPARE(timeout.count(), 1);
+        QCOMPARE(timeout.at(0).at(1).toString(), kDome);
+        QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
+    }
+    void secondRecordKeepsTheFirstResume()
+    {
+        QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
+        int resumed = 0;
+        QObject owner;
+        Storage()->SetInterruptCruise(kOther, 2, 20, &owner, [&] { ++resumed; });
+        Storage()->SetInterruptCruise(kOther, 2); // a panel records the same interruption
+        QTRY_COMPARE(timeout.count(), 1);
+        QCOMPARE(resumed, 1);
+    }
+    void resumeHandlerBringsBackAPanelsInterruption()
+    {
+        // The camera patrols; a panel records the interruption itself, without a resume of its own.
+        ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
+        cam->setPreset(1, QStringLiteral("a"));
+        cam->setPreset(2, QStringLiteral("b"));
+        ptz_devices::DevicePatrolPoint p;
+        p.preset = 1;
+        p.speed = 20;
+        p.dwellSeconds = 5;
+        ptz_devices::DevicePatrolPoint q = p;
+        q.preset = 2;
+        cam->writePatrol(1, { p, q });
+        QTRY_COMPARE(cam->pendingRequestCount(), 0);
+        CUniversalPTZController controller;
+        Storage()->SetInterruptWaitTime(20);
+        Storage()->SetInterruptCruise(kDome, 1);
+        QCOMPARE(cam->status().runningPatrol, 0);
+        QTRY_COMPARE(cam->status().runningPatrol, 1);
+        QCOMPARE(Storage()->GetRunningCruise(kDome), 1);
+    }
+    void panelsOfOneCameraShareTheState()
+    {
+        // Each panel may hold its own controller; the running state is one.
+        CUniversalPTZController first;
+        CUniversalPTZController second;
+        QSignalSpy firstOk(&first, &CUniversalPTZController::SignalExecutionSucceeded);
+        QSignalSpy secondOk(&second, &CUniversalPTZController::SignalExecutionSucceeded);
+        QSignalSpy secondInterrupt(&second, &CUniversalPTZController::SignalPTZPanelInterrupt);
+
+        first.Control(Cmd(2, 0));
+        first.Control(Cmd(29, 0));
+        QTRY_COMPARE(firstOk.count(), 2);
+        QVERIFY(Storage()->IsLight(kDome));
+        QVERIFY(Storage()->IsAutoScan(kDome, false));
+        QCOMPARE(secondOk.count(), 0); // answers go to the controller that was asked
+
+        second.Control(Cmd(23, 0));
+        QTRY_COMPARE(secondOk.count(), 1);
+        QCOMPARE(secondInterrupt.count(), 1);
+        QVERIFY(!Storage()->IsAutoScan(kDome, false));
+        second.Control(Cmd(23, 1));
+        second.Control(Cmd(2, 1));
+        QTRY_COMPARE(secondOk.count(), 3);
+        QVERIFY(!Storage()->IsLight(kDome));
+        QVERIFY(!m_env.camera(demo::kSpeedDome)->status().light);
+    }
 
 private:
     PtzTestEnv m_env;
 };
-
-void TestPTZStateStorageManager::init()
-{
-    m_env.setUp();
-}
-
-void TestPTZStateStorageManager::cleanup()
-{
-    m_env.tearDown();
-}
-
-void TestPTZStateStorageManager::unknownCameraReadsIdle()
-{
-    QVERIFY(!Storage()->HasCamera(kOther));
-    QVERIFY(!Storage()->IsLight(kOther));
-    QVERIFY(!Storage()->IsCruising(kOther));
-    QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
-    QCOMPARE(Storage()->GetRunningPattern(kOther), -1);
-    QCOMPARE(Storage()->GetRecordPattern(kOther), -1);
-    int number = 0;
-    QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
-    QVERIFY(!Storage()->HasCamera(kOther)); // reading registers nothing
-    Storage()->AddCamera(kOther);
-    QVERIFY(Storage()->HasCamera(kOther));
-}
-
-void TestPTZStateStorageManager::patternNumbers_data()
-{
-    QTest::addColumn<int>("stored");
-    QTest::addColumn<int>("read");
-    QTest::newRow("pattern 3") << 3 << 3;
-    QTest::newRow("0 clears") << 0 << -1;
-    QTest::newRow("-1 clears") << -1 << -1;
-}
-
-void TestPTZStateStorageManager::patternNumbers()
-{
-    QFETCH(int, stored);
-    QFETCH(int, read);
-    Storage()->SetRunningPattern(kOther, 2);
-    Storage()->SetRecordPattern(kOther, 2);
-    Storage()->SetRunningPattern(kOther, stored);
-    Storage()->SetRecordPattern(kOther, stored);
-    QCOMPARE(Storage()->GetRunningPattern(kOther), read);
-    QCOMPARE(Storage()->GetRecordPattern(kOther), read);
-    QCOMPARE(Storage()->IsRunningPattern(kOther), read > 0);
-    QCOMPARE(Storage()->IsRecordPattern(kOther), read > 0);
-}
-
-void TestPTZStateStorageManager::autoScanKeepsDeviceAndSoftwareApart()
-{
-    Storage()->SetAutoScan(kOther, true, true);
-    QVERIFY(Storage()->IsAutoScan(kOther, true));
-    QVERIFY(!Storage()->IsAutoScan(kOther, false));
-    Storage()->SetAutoScan(kOther, true, false);
-    Storage()->SetAutoScan(kOther, false, true);
-    QVERIFY(Storage()->IsAutoScan(kOther, false));
-    QVERIFY(!Storage()->IsAutoScan(kOther, true));
-}
-
-void TestPTZStateStorageManager::changesAreSignalledOnce()
-{
-    QSignalSpy changed(Storage(), &CPTZStateStorageManager::SignalStateChanged);
-    Storage()->SetCruising(kOther, true, 4);
-    Storage()->SetCruising(kOther, true, 4);
-    Storage()->SetLight(kOther, false); // already off
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(Storage()->GetRunningCruise(kOther), 4);
-    Storage()->SetCruising(kOther, false, 4);
-    QCOMPARE(changed.count(), 2);
-    QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
-}
-
-void TestPTZStateStorageManager::interruptionResumesAfterTheWait()
-{
-    QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
-    int resumed = 0;
-    QObject owner;
-    Storage()->SetCruising(kOther, true, 3);
-    Storage()->SetInterruptCruise(kOther, 3, 20, &owner, [&] {
-        ++resumed;
-        // Running again by the time the owner resumes it.
-        QCOMPARE(Storage()->GetRunningCruise(kOther), 3);
-    });
-    Storage()->SetCruising(kOther, false, -1);
-    int number = 0;
-    QVERIFY(Storage()->IsInterruptCruise(kOther, number));
-    QCOMPARE(number, 3);
-    QVERIFY(!Storage()->IsInterruptPattern(kOther, number));
-
-    QTRY_COMPARE(timeout.count(), 1);
-    QCOMPARE(timeout.at(0).at(0).toBool(), true);
-    QCOMPARE(timeout.at(0).at(1).toString(), kOther);
-    QCOMPARE(timeout.at(0).at(2).toInt(), 3);
-    QCOMPARE(resumed, 1);
-    QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
-    QCOMPARE(Storage()->GetRunningCruise(kOther), 3);
-
-    Storage()->SetInterruptPattern(kOther, 2, 10);
-    QTRY_COMPARE(timeout.count(), 2);
-    QCOMPARE(timeout.at(1).at(0).toBool(), false);
-    QCOMPARE(Storage()->GetRunningPattern(kOther), 2);
-}
-
-void TestPTZStateStorageManager::resumeSkippedWhenItsOwnerIsGone()
-{
-    QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
-    bool resumed = false;
-    auto *owner = new QObject;
-    Storage()->SetInterruptCruise(kOther, 1, 10, owner, [&] { resumed = true; });
-    delete owner;
-    QTRY_COMPARE(timeout.count(), 1);
-    QVERIFY(!resumed);
-}
-
-void TestPTZStateStorageManager::clearedInterruptionStaysSilent()
-{
-    QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
-    Storage()->SetInterruptCruise(kOther, 1, 10);
-    Storage()->ClearInterrupt(kOther);
-    // A later interruption of the same wait on another camera fires; the cleared one never does.
-    Storage()->SetInterruptCruise(kDome, 2, 20);
-    QTRY_COMPARE(timeout.count(), 1);
-    QCOMPARE(timeout.at(0).at(1).toString(), kDome);
-    QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
-}
-
-void TestPTZStateStorageManager::secondRecordKeepsTheFirstResume()
-{
-    QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
-    int resumed = 0;
-    QObject owner;
-    Storage()->SetInterruptCruise(kOther, 2, 20, &owner, [&] { ++resumed; });
-    Storage()->SetInterruptCruise(kOther, 2); // a panel records the same interruption
-    QTRY_COMPARE(timeout.count(), 1);
-    QCOMPARE(resumed, 1);
-}
-
-void TestPTZStateStorageManager::resumeHandlerBringsBackAPanelsInterruption()
-{
-    // The camera patrols; a panel records the interruption itself, without a resume of its own.
-    ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
-    cam->setPreset(1, QStringLiteral("a"));
-    cam->setPreset(2, QStringLiteral("b"));
-    ptz_devices::DevicePatrolPoint p;
-    p.preset = 1;
-    p.speed = 20;
-    p.dwellSeconds = 5;
-    ptz_devices::DevicePatrolPoint q = p;
-    q.preset = 2;
-    cam->writePatrol(1, {p, q});
-    QTRY_COMPARE(cam->pendingRequestCount(), 0);
-    CUniversalPTZController controller;
-    Storage()->SetInterruptWaitTime(20);
-    Storage()->SetInterruptCruise(kDome, 1);
-    QCOMPARE(cam->status().runningPatrol, 0);
-    QTRY_COMPARE(cam->status().runningPatrol, 1);
-    QCOMPARE(Storage()->GetRunningCruise(kDome), 1);
-}
-
-void TestPTZStateStorageManager::panelsOfOneCameraShareTheState()
-{
-    // Each panel may hold its own controller; the running state is one.
-    CUniversalPTZController first;
-    CUniversalPTZController second;
-    QSignalSpy firstOk(&first, &CUniversalPTZController::SignalExecutionSucceeded);
-    QSignalSpy secondOk(&second, &CUniversalPTZController::SignalExecutionSucceeded);
-    QSignalSpy secondInterrupt(&second, &CUniversalPTZController::SignalPTZPanelInterrupt);
-
-    first.Control(Cmd(2, 0));
-    first.Control(Cmd(29, 0));
-    QTRY_COMPARE(firstOk.count(), 2);
-    QVERIFY(Storage()->IsLight(kDome));
-    QVERIFY(Storage()->IsAutoScan(kDome, false));
-    QCOMPARE(secondOk.count(), 0); // answers go to the controller that was asked
-
-    second.Control(Cmd(23, 0));
-    QTRY_COMPARE(secondOk.count(), 1);
-    QCOMPARE(secondInterrupt.count(), 1);
-    QVERIFY(!Storage()->IsAutoScan(kDome, false));
-    second.Control(Cmd(23, 1));
-    second.Control(Cmd(2, 1));
-    QTRY_COMPARE(secondOk.count(), 3);
-    QVERIFY(!Storage()->IsLight(kDome));
-    QVERIFY(!m_env.camera(demo::kSpeedDome)->status().light);
-}
 
 QTEST_GUILESS_MAIN(TestPTZStateStorageManager)
 #include "tst_cptzstatestoragemanager.moc"

@@ -1,7 +1,7 @@
 // Who may move a camera, decided by the controller library for every request
 // kind: the signed-in user's permission and the PTZ lock, whatever the
 // request's owner field says.
-#include "ptztestenv.h"
+#include "support/ptztestenv.h"
 
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 

@@ -1,7 +1,7 @@
 // Answers that come after the controller gave up on them: the requester was
 // told the camera did not answer, yet the camera did the work, so the shared
 // running state must follow it.
-#include "ptztestenv.h"
+#include "support/ptztestenv.h"
 
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 

@@ -1,6 +1,6 @@
 // A "SetPreset" for a number the camera already has is the edit dialog
 // renaming the preset: the name changes, the stored position does not.
-#include "ptztestenv.h"
+#include "support/ptztestenv.h"
 
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 

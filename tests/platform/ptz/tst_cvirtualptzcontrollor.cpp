@@ -1,4 +1,5 @@
-#include "ptztestenv.h"
+#include "support/records.h"
+#include "support/testenv.h"
 
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
@@ -10,7 +11,6 @@ using zeph_ptz_controller::CVirtualPtzControllor;
 namespace demo = site_store::demo;
 
 namespace {
-const QString kDome = QString::fromLatin1(demo::kSpeedDome);
 }
 
 class TestVirtualPtzControllor : public QObject
@@ -18,122 +18,105 @@ class TestVirtualPtzControllor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_env.setUp();
+        site_store::VirtualPresetRecord preset;
+        preset.cameraId = kDome;
+        preset.number = 1;
+        preset.type = PRESET_TYPE_VIRTUAL;
+        preset.pan = 180.0;
+        preset.tilt = -45.0;
+        preset.zoom = 4.0;
+        QVERIFY(m_env.store()->upsertVirtualPreset(preset));
+    }
+    void cleanup() { m_env.tearDown(); }
 
-    void runsAVirtualPresetPatrol();
-    void refusesWhatItCannotRun_data();
-    void refusesWhatItCannotRun();
-    void digitalZoomStyle();
+    void runsAVirtualPresetPatrol()
+    {
+        storePatrol(2, CRUISE_TYPE_VIRTUAL, 15);
+        CVirtualPtzControllor controller;
+        controller.SetCamera(kDome);
+        QSignalSpy state(&controller, &CVirtualPtzControllor::SignalCruiseStateChanged);
+        QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
+
+        QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStart, 2));
+        QCOMPARE(state.count(), 1);
+        QCOMPARE(state.at(0).at(0).toString(), kDome);
+        QCOMPARE(state.at(0).at(1).toInt(), 2);
+        QCOMPARE(state.at(0).at(2).toBool(), true);
+        unsigned int number = 0;
+        QVERIFY(controller.GetRunningState(number));
+        QCOMPARE(number, 2u);
+        QVERIFY(controller.IsRunningPatrol());
+        // The first point's part of the picture: centred at half width and height, a quarter in size.
+        QCOMPARE(zoom.count(), 1);
+        const QRectF area = controller.GetDigitalZoomRect();
+        QCOMPARE(area.width(), 0.25);
+        QCOMPARE(area.center(), QPointF(0.5, 0.5));
+
+        QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStop, 0));
+        QCOMPARE(state.count(), 2);
+        QCOMPARE(state.at(1).at(2).toBool(), false);
+        QVERIFY(!controller.GetRunningState(number));
+        QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStop, 0)); // stopping twice is harmless
+        QCOMPARE(state.count(), 2);
+    }
+    void refusesWhatItCannotRun_data()
+    {
+        QTest::addColumn<QString>("camera");
+        QTest::addColumn<int>("command");
+        QTest::addColumn<int>("patrol");
+        QTest::newRow("no camera") << QString() << 37 << 2;
+        QTest::newRow("unknown command") << kDome << 36 << 2;
+        QTest::newRow("device patrol") << kDome << 37 << 3;
+        QTest::newRow("dwell below 15 s") << kDome << 37 << 4;
+        QTest::newRow("empty slot") << kDome << 37 << 5;
+        QTest::newRow("patrol 9") << kDome << 37 << 9;
+    }
+    void refusesWhatItCannotRun()
+    {
+        QFETCH(QString, camera);
+        QFETCH(int, command);
+        QFETCH(int, patrol);
+        storePatrol(2, CRUISE_TYPE_VIRTUAL, 20);
+        storePatrol(3, CRUISE_TYPE_DEVICE, 20);
+        storePatrol(4, CRUISE_TYPE_VIRTUAL, 10);
+        CVirtualPtzControllor controller;
+        controller.SetCamera(camera);
+        QSignalSpy state(&controller, &CVirtualPtzControllor::SignalCruiseStateChanged);
+        QVERIFY(!controller.Cruise(unsigned(command), unsigned(patrol)));
+        QCOMPARE(state.count(), 0);
+        QVERIFY(!controller.IsRunningPatrol());
+    }
+    void digitalZoomStyle()
+    {
+        CVirtualPtzControllor controller;
+        QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
+        controller.SetDigitalZoomStyle(false, -1, -1, -1, -1); // already clear
+        QCOMPARE(zoom.count(), 0);
+        controller.SetDigitalZoomStyle(1, 0.1, 0.2, 0.5, 0.6);
+        QCOMPARE(zoom.count(), 1);
+        QCOMPARE(controller.GetDigitalZoomStyle(), 1);
+        QCOMPARE(controller.GetDigitalZoomRect(), QRectF(QPointF(0.1, 0.2), QPointF(0.5, 0.6)));
+        controller.SetDigitalZoomStyle(1, 0.5, 0.5, 0.4, 0.9); // empty rectangle clears
+        QCOMPARE(zoom.count(), 2);
+        QCOMPARE(controller.GetDigitalZoomStyle(), 0);
+        QVERIFY(controller.GetDigitalZoomRect().isNull());
+    }
 
 private:
-    void storePatrol(int number, int type, int dwell);
+    void storePatrol(int number, int type, int dwell)
+    {
+        site_store::PatrolRecord record;
+        record.cameraId = kDome;
+        record.number = number;
+        record.type = type;
+        record.points = { { 1, 0, dwell, QString() } };
+        QVERIFY(m_env.store()->upsertPatrol(record));
+    }
     PtzTestEnv m_env;
 };
-
-void TestVirtualPtzControllor::init()
-{
-    m_env.setUp();
-    site_store::VirtualPresetRecord preset;
-    preset.cameraId = kDome;
-    preset.number = 1;
-    preset.type = PRESET_TYPE_VIRTUAL;
-    preset.pan = 180.0;
-    preset.tilt = -45.0;
-    preset.zoom = 4.0;
-    QVERIFY(m_env.store()->upsertVirtualPreset(preset));
-}
-
-void TestVirtualPtzControllor::cleanup()
-{
-    m_env.tearDown();
-}
-
-void TestVirtualPtzControllor::storePatrol(int number, int type, int dwell)
-{
-    site_store::PatrolRecord record;
-    record.cameraId = kDome;
-    record.number = number;
-    record.type = type;
-    record.points = {{1, 0, dwell, QString()}};
-    QVERIFY(m_env.store()->upsertPatrol(record));
-}
-
-void TestVirtualPtzControllor::runsAVirtualPresetPatrol()
-{
-    storePatrol(2, CRUISE_TYPE_VIRTUAL, 15);
-    CVirtualPtzControllor controller;
-    controller.SetCamera(kDome);
-    QSignalSpy state(&controller, &CVirtualPtzControllor::SignalCruiseStateChanged);
-    QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
-
-    QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStart, 2));
-    QCOMPARE(state.count(), 1);
-    QCOMPARE(state.at(0).at(0).toString(), kDome);
-    QCOMPARE(state.at(0).at(1).toInt(), 2);
-    QCOMPARE(state.at(0).at(2).toBool(), true);
-    unsigned int number = 0;
-    QVERIFY(controller.GetRunningState(number));
-    QCOMPARE(number, 2u);
-    QVERIFY(controller.IsRunningPatrol());
-    // The first point's part of the picture: centred at half width and height, a quarter in size.
-    QCOMPARE(zoom.count(), 1);
-    const QRectF area = controller.GetDigitalZoomRect();
-    QCOMPARE(area.width(), 0.25);
-    QCOMPARE(area.center(), QPointF(0.5, 0.5));
-
-    QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStop, 0));
-    QCOMPARE(state.count(), 2);
-    QCOMPARE(state.at(1).at(2).toBool(), false);
-    QVERIFY(!controller.GetRunningState(number));
-    QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStop, 0)); // stopping twice is harmless
-    QCOMPARE(state.count(), 2);
-}
-
-void TestVirtualPtzControllor::refusesWhatItCannotRun_data()
-{
-    QTest::addColumn<QString>("camera");
-    QTest::addColumn<int>("command");
-    QTest::addColumn<int>("patrol");
-    QTest::newRow("no camera") << QString() << 37 << 2;
-    QTest::newRow("unknown command") << kDome << 36 << 2;
-    QTest::newRow("device patrol") << kDome << 37 << 3;
-    QTest::newRow("dwell below 15 s") << kDome << 37 << 4;
-    QTest::newRow("empty slot") << kDome << 37 << 5;
-    QTest::newRow("patrol 9") << kDome << 37 << 9;
-}
-
-void TestVirtualPtzControllor::refusesWhatItCannotRun()
-{
-    QFETCH(QString, camera);
-    QFETCH(int, command);
-    QFETCH(int, patrol);
-    storePatrol(2, CRUISE_TYPE_VIRTUAL, 20);
-    storePatrol(3, CRUISE_TYPE_DEVICE, 20);
-    storePatrol(4, CRUISE_TYPE_VIRTUAL, 10);
-    CVirtualPtzControllor controller;
-    controller.SetCamera(camera);
-    QSignalSpy state(&controller, &CVirtualPtzControllor::SignalCruiseStateChanged);
-    QVERIFY(!controller.Cruise(unsigned(command), unsigned(patrol)));
-    QCOMPARE(state.count(), 0);
-    QVERIFY(!controller.IsRunningPatrol());
-}
-
-void TestVirtualPtzControllor::digitalZoomStyle()
-{
-    CVirtualPtzControllor controller;
-    QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
-    controller.SetDigitalZoomStyle(false, -1, -1, -1, -1); // already clear
-    QCOMPARE(zoom.count(), 0);
-    controller.SetDigitalZoomStyle(1, 0.1, 0.2, 0.5, 0.6);
-    QCOMPARE(zoom.count(), 1);
-    QCOMPARE(controller.GetDigitalZoomStyle(), 1);
-    QCOMPARE(controller.GetDigitalZoomRect(), QRectF(QPointF(0.1, 0.2), QPointF(0.5, 0.6)));
-    controller.SetDigitalZoomStyle(1, 0.5, 0.5, 0.4, 0.9); // empty rectangle clears
-    QCOMPARE(zoom.count(), 2);
-    QCOMPARE(controller.GetDigitalZoomStyle(), 0);
-    QVERIFY(controller.GetDigitalZoomRect().isNull());
-}
 
 QTEST_GUILESS_MAIN(TestVirtualPtzControllor)
 #include "tst_cvirtualptzcontrollor.moc"

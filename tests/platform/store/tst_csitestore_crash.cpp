@@ -13,80 +13,76 @@ using site_store::CSiteStore;
 
 // A writer killed with SIGKILL in the middle of its work leaves a store that
 // opens cleanly and holds every committed row, intact, and nothing else.
+// Regression: the current store outlived the application object and the SQL
+// driver crashed at static destruction.
+
 class TestSiteStoreCrash : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void killedWriterLeavesCommittedRows_data();
-    void killedWriterLeavesCommittedRows();
-    void processEndsCleanlyWithCurrentStore();
-};
-
-void TestSiteStoreCrash::killedWriterLeavesCommittedRows_data()
-{
-    QTest::addColumn<int>("killAfter");
-    QTest::newRow("early") << 5;
-    QTest::newRow("after hundreds of commits") << 400;
-}
-
-void TestSiteStoreCrash::killedWriterLeavesCommittedRows()
-{
-    QFETCH(int, killAfter);
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString path = dir.filePath(QStringLiteral("site.sqlite"));
-
-    QProcess writer;
-    QByteArray out;
-    int lastReported = 0;
-    auto readReports = [&] {
-        out += writer.readAllStandardOutput();
-        int end;
-        while ((end = out.indexOf('\n')) >= 0) {
-            lastReported = out.left(end).toInt();
-            out.remove(0, end + 1);
-        }
-    };
-    connect(&writer, &QProcess::readyReadStandardOutput, this, readReports);
-    writer.start(QStringLiteral(SITE_STORE_WRITER), {path});
-    QVERIFY2(writer.waitForStarted(), qPrintable(writer.errorString()));
-    QTRY_VERIFY2_WITH_TIMEOUT(lastReported >= killAfter, writer.readAllStandardError().constData(), 60000);
-
-    ::kill(pid_t(writer.processId()), SIGKILL);
-    QVERIFY(writer.waitForFinished(10000));
-    QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
-    readReports();
-
-    auto store = CSiteStore::Open(path);
-    QVERIFY2(!store->isFallback(), qPrintable(store->openError()));
-    const QStringList keys = store->deviceStateKeys(QStringLiteral("crash"));
-    // The last commit may have landed just before the kill, unreported.
-    QVERIFY2(keys.size() == lastReported || keys.size() == lastReported + 1,
-             qPrintable(QStringLiteral("%1 rows, %2 reported").arg(keys.size()).arg(lastReported)));
-    for (int i = 1; i <= keys.size(); ++i) {
-        const QString key = QStringLiteral("row-%1").arg(i, 8, 10, QLatin1Char('0'));
-        QCOMPARE(keys.at(i - 1), key);
-        const QJsonObject row = QJsonDocument::fromJson(store->deviceState(QStringLiteral("crash"), key)).object();
-        QCOMPARE(row.value(QStringLiteral("i")).toInt(), i);
-        QCOMPARE(row.value(QStringLiteral("pad")).toString().size(), 512);
+    void killedWriterLeavesCommittedRows_data()
+    {
+        QTest::addColumn<int>("killAfter");
+        QTest::newRow("early") << 5;
+        QTest::newRow("after hundreds of commits") << 400;
     }
-    // The demo site written before the first row survived as well.
-    QCOMPARE(store->cameras().size(), 5);
-}
+    void killedWriterLeavesCommittedRows()
+    {
+        QFETCH(int, killAfter);
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QString path = dir.filePath(QStringLiteral("site.sqlite"));
 
-// Regression: the current store outlived the application object and the SQL
-// driver crashed at static destruction.
-void TestSiteStoreCrash::processEndsCleanlyWithCurrentStore()
-{
-    QTemporaryDir dir;
-    QProcess process;
-    process.start(QStringLiteral(SITE_STORE_WRITER), {QStringLiteral("--current"), dir.filePath(QStringLiteral("s.sqlite"))});
-    QVERIFY(process.waitForFinished(30000));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("5"));
-}
+        QProcess writer;
+        QByteArray out;
+        int lastReported = 0;
+        auto readReports = [&] {
+            out += writer.readAllStandardOutput();
+            int end;
+            while ((end = out.indexOf('\n')) >= 0) {
+                lastReported = out.left(end).toInt();
+                out.remove(0, end + 1);
+            }
+        };
+        connect(&writer, &QProcess::readyReadStandardOutput, this, readReports);
+        writer.start(QStringLiteral(SITE_STORE_WRITER), { path });
+        QVERIFY2(writer.waitForStarted(), qPrintable(writer.errorString()));
+        QTRY_VERIFY2_WITH_TIMEOUT(lastReported >= killAfter, writer.readAllStandardError().constData(), 60000);
+
+        ::kill(pid_t(writer.processId()), SIGKILL);
+        QVERIFY(writer.waitForFinished(10000));
+        QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
+        readReports();
+
+        auto store = CSiteStore::Open(path);
+        QVERIFY2(!store->isFallback(), qPrintable(store->openError()));
+        const QStringList keys = store->deviceStateKeys(QStringLiteral("crash"));
+        // The last commit may have landed just before the kill, unreported.
+        QVERIFY2(keys.size() == lastReported || keys.size() == lastReported + 1,
+            qPrintable(QStringLiteral("%1 rows, %2 reported").arg(keys.size()).arg(lastReported)));
+        for (int i = 1; i <= keys.size(); ++i) {
+            const QString key = QStringLiteral("row-%1").arg(i, 8, 10, QLatin1Char('0'));
+            QCOMPARE(keys.at(i - 1), key);
+            const QJsonObject row = QJsonDocument::fromJson(store->deviceState(QStringLiteral("crash"), key)).object();
+            QCOMPARE(row.value(QStringLiteral("i")).toInt(), i);
+            QCOMPARE(row.value(QStringLiteral("pad")).toString().size(), 512);
+        }
+        // The demo site written before the first row survived as well.
+        QCOMPARE(store->cameras().size(), 5);
+    }
+    void processEndsCleanlyWithCurrentStore()
+    {
+        QTemporaryDir dir;
+        QProcess process;
+        process.start(QStringLiteral(SITE_STORE_WRITER),
+            { QStringLiteral("--current"), dir.filePath(QStringLiteral("s.sqlite")) });
+        QVERIFY(process.waitForFinished(30000));
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
+        QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("5"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSiteStoreCrash)
 #include "tst_csitestore_crash.moc"

@@ -13,10 +13,7 @@ namespace {
 class CheckingDialog : public CBaseDialogWithBottom
 {
 public:
-    CheckingDialog()
-    {
-        ReconnectConfirmButton(this, &CheckingDialog::OnConfirm);
-    }
+    CheckingDialog() { ReconnectConfirmButton(this, &CheckingDialog::OnConfirm); }
     bool allow = false;
     int checks = 0;
 
@@ -35,90 +32,78 @@ class TestCBaseDialogWithBottom : public QObject
     Q_OBJECT
 
 private slots:
-    void buttonsAcceptAndReject_data();
-    void buttonsAcceptAndReject();
-    void reconnectedConfirmRunsTheCheckOnly();
-    void textsAndContent();
-    void fixedContentStaysOutOfText();
-    void placeholderColour();
+    void buttonsAcceptAndReject_data()
+    {
+        QTest::addColumn<bool>("confirm");
+        QTest::addColumn<int>("result");
+        QTest::newRow("confirm") << true << int(QDialog::Accepted);
+        QTest::newRow("cancel") << false << int(QDialog::Rejected);
+    }
+    void buttonsAcceptAndReject()
+    {
+        QFETCH(bool, confirm);
+        QFETCH(int, result);
+        CBaseDialogWithBottom dialog;
+        dialog.show();
+        QSignalSpy finished(&dialog, &QDialog::finished);
+        QTest::mouseClick(confirm ? dialog.GetConfirmButton() : dialog.GetCancelButton(), Qt::LeftButton);
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(dialog.result(), result);
+    }
+    void reconnectedConfirmRunsTheCheckOnly()
+    {
+        CheckingDialog dialog;
+        dialog.show();
+        QSignalSpy accepted(&dialog, &QDialog::accepted);
+        QTest::mouseClick(dialog.GetConfirmButton(), Qt::LeftButton);
+        QCOMPARE(dialog.checks, 1);
+        QCOMPARE(accepted.count(), 0);
+        QVERIFY(dialog.isVisible());
+        dialog.allow = true;
+        QTest::mouseClick(dialog.GetConfirmButton(), Qt::LeftButton);
+        QCOMPARE(accepted.count(), 1);
+    }
+    void textsAndContent()
+    {
+        CBaseDialogWithBottom dialog;
+        dialog.SetTitle(QStringLiteral("AddPreset"));
+        dialog.SetConfirmButtonText(QStringLiteral("Yes"));
+        dialog.SetCancelButtonText(QStringLiteral("No"));
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("AddPreset"));
+        QCOMPARE(dialog.GetConfirmButton()->text(), QStringLiteral("Yes"));
+        QCOMPARE(dialog.GetCancelButton()->text(), QStringLiteral("No"));
+        QVERIFY(dialog.GetContentWidget());
+        QVERIFY(dialog.GetBottomFrame()->isAncestorOf(dialog.GetConfirmButton()));
+        QVERIFY(!dialog.GetContentWidget()->isAncestorOf(dialog.GetConfirmButton()));
+    }
+    void fixedContentStaysOutOfText()
+    {
+        CFixedContentLineEdit edit;
+        edit.resize(160, 28);
+        edit.SetFixedContent(QStringLiteral("s"));
+        edit.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&edit));
+        QTest::keyClicks(&edit, QStringLiteral("300"));
+        QCOMPARE(edit.text(), QStringLiteral("300"));
+        QCOMPARE(edit.GetFixedContent(), QStringLiteral("s"));
+        QLabel *label = edit.GetFixedContentLabel();
+        QVERIFY(label->isVisible());
+        // Typed text ends before the unit starts.
+        QVERIFY(edit.textMargins().right() >= label->width());
+        QVERIFY(label->geometry().right() <= edit.width());
+        edit.SetFixedContent(QString());
+        QVERIFY(!label->isVisible());
+        QCOMPARE(edit.textMargins().right(), 0);
+    }
+    void placeholderColour()
+    {
+        CPlaceholdLineEdit edit(QStringLiteral("name"));
+        QCOMPARE(edit.placeholderText(), QStringLiteral("name"));
+        edit.SetPlaceholderColor(QColor(1, 2, 3));
+        QCOMPARE(edit.palette().color(QPalette::PlaceholderText), QColor(1, 2, 3));
+        QCOMPARE(edit.property("placeholderColor").value<QColor>(), QColor(1, 2, 3));
+    }
 };
-
-void TestCBaseDialogWithBottom::buttonsAcceptAndReject_data()
-{
-    QTest::addColumn<bool>("confirm");
-    QTest::addColumn<int>("result");
-    QTest::newRow("confirm") << true << int(QDialog::Accepted);
-    QTest::newRow("cancel") << false << int(QDialog::Rejected);
-}
-
-void TestCBaseDialogWithBottom::buttonsAcceptAndReject()
-{
-    QFETCH(bool, confirm);
-    QFETCH(int, result);
-    CBaseDialogWithBottom dialog;
-    dialog.show();
-    QSignalSpy finished(&dialog, &QDialog::finished);
-    QTest::mouseClick(confirm ? dialog.GetConfirmButton() : dialog.GetCancelButton(), Qt::LeftButton);
-    QCOMPARE(finished.count(), 1);
-    QCOMPARE(dialog.result(), result);
-}
-
-void TestCBaseDialogWithBottom::reconnectedConfirmRunsTheCheckOnly()
-{
-    CheckingDialog dialog;
-    dialog.show();
-    QSignalSpy accepted(&dialog, &QDialog::accepted);
-    QTest::mouseClick(dialog.GetConfirmButton(), Qt::LeftButton);
-    QCOMPARE(dialog.checks, 1);
-    QCOMPARE(accepted.count(), 0);
-    QVERIFY(dialog.isVisible());
-    dialog.allow = true;
-    QTest::mouseClick(dialog.GetConfirmButton(), Qt::LeftButton);
-    QCOMPARE(accepted.count(), 1);
-}
-
-void TestCBaseDialogWithBottom::textsAndContent()
-{
-    CBaseDialogWithBottom dialog;
-    dialog.SetTitle(QStringLiteral("AddPreset"));
-    dialog.SetConfirmButtonText(QStringLiteral("Yes"));
-    dialog.SetCancelButtonText(QStringLiteral("No"));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("AddPreset"));
-    QCOMPARE(dialog.GetConfirmButton()->text(), QStringLiteral("Yes"));
-    QCOMPARE(dialog.GetCancelButton()->text(), QStringLiteral("No"));
-    QVERIFY(dialog.GetContentWidget());
-    QVERIFY(dialog.GetBottomFrame()->isAncestorOf(dialog.GetConfirmButton()));
-    QVERIFY(!dialog.GetContentWidget()->isAncestorOf(dialog.GetConfirmButton()));
-}
-
-void TestCBaseDialogWithBottom::fixedContentStaysOutOfText()
-{
-    CFixedContentLineEdit edit;
-    edit.resize(160, 28);
-    edit.SetFixedContent(QStringLiteral("s"));
-    edit.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&edit));
-    QTest::keyClicks(&edit, QStringLiteral("300"));
-    QCOMPARE(edit.text(), QStringLiteral("300"));
-    QCOMPARE(edit.GetFixedContent(), QStringLiteral("s"));
-    QLabel *label = edit.GetFixedContentLabel();
-    QVERIFY(label->isVisible());
-    // Typed text ends before the unit starts.
-    QVERIFY(edit.textMargins().right() >= label->width());
-    QVERIFY(label->geometry().right() <= edit.width());
-    edit.SetFixedContent(QString());
-    QVERIFY(!label->isVisible());
-    QCOMPARE(edit.textMargins().right(), 0);
-}
-
-void TestCBaseDialogWithBottom::placeholderColour()
-{
-    CPlaceholdLineEdit edit(QStringLiteral("name"));
-    QCOMPARE(edit.placeholderText(), QStringLiteral("name"));
-    edit.SetPlaceholderColor(QColor(1, 2, 3));
-    QCOMPARE(edit.palette().color(QPalette::PlaceholderText), QColor(1, 2, 3));
-    QCOMPARE(edit.property("placeholderColor").value<QColor>(), QColor(1, 2, 3));
-}
 
 QTEST_MAIN(TestCBaseDialogWithBottom)
 #include "tst_cbasedialogwithbottom.moc"

@@ -16,99 +16,85 @@ class TestCGUIToolkit : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void svgRenderedForRatio_data();
-    void svgRenderedForRatio();
-    void renderingIsCached();
-    void missingSvgGivesNullPixmap();
-    void gifScale();
-    void scrollBarDelegateReportsItsBars();
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        m_svg = m_dir.filePath(QStringLiteral("square.svg"));
+        QFile f(m_svg);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        // Left half red, right half blue: shows the picture is scaled, not cropped.
+        f.write("<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10' viewBox='0 0 10 10'>"
+                "<rect x='0' y='0' width='5' height='10' fill='#ff0000'/>"
+                "<rect x='5' y='0' width='5' height='10' fill='#0000ff'/></svg>");
+    }
+    void svgRenderedForRatio_data()
+    {
+        QTest::addColumn<qreal>("ratio");
+        QTest::addColumn<QSize>("physical");
+        QTest::newRow("1.0") << qreal(1.0) << QSize(24, 24);
+        QTest::newRow("1.5") << qreal(1.5) << QSize(36, 36);
+        QTest::newRow("2.0") << qreal(2.0) << QSize(48, 48);
+    }
+    void svgRenderedForRatio()
+    {
+        QFETCH(qreal, ratio);
+        QFETCH(QSize, physical);
+        const QPixmap pm = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(24, 24), ratio);
+        QVERIFY(!pm.isNull());
+        QCOMPARE(pm.size(), physical);
+        QCOMPARE(pm.devicePixelRatioF(), ratio);
+        const QImage img = pm.toImage();
+        QCOMPARE(QColor(img.pixel(1, physical.height() / 2)), QColor(255, 0, 0));
+        QCOMPARE(QColor(img.pixel(physical.width() - 2, physical.height() / 2)), QColor(0, 0, 255));
+    }
+    void renderingIsCached()
+    {
+        QPixmapCache::clear();
+        const QPixmap a = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 1.25);
+        const QPixmap b = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 1.25);
+        QCOMPARE(a.cacheKey(), b.cacheKey());
+        const QPixmap other = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 2.0);
+        QVERIFY(other.cacheKey() != a.cacheKey());
+    }
+    void missingSvgGivesNullPixmap()
+    {
+        QVERIFY(CGUIToolkit::GetPixmapFromSvg(QStringLiteral(":/images/common_edit.svg"), QSize(24, 24), 1.0).isNull());
+        QVERIFY(CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(), 1.0).isNull());
+        QWidget w;
+        QVERIFY(!CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(8, 8), &w).isNull());
+    }
+    void gifScale()
+    {
+        QVERIFY(CGUIToolkit::GetGifScale() >= 1.0);
+        CGUIToolkit::SetGifScaleOverride(1.5);
+        QCOMPARE(CGUIToolkit::GetGifScale(), 1.5);
+        QCOMPARE(CGUIToolkit::ScaleByGifScale(QSize(100, 40)), QSize(150, 60));
+        QCOMPARE(CGUIToolkit::ScaleByGifScale(30), 45);
+        CGUIToolkit::SetGifScaleOverride(0);
+        QVERIFY(CGUIToolkit::GetGifScale() >= 1.0);
+    }
+    void scrollBarDelegateReportsItsBars()
+    {
+        CScrollArea area;
+        CScrollBarDelegate *d = area.GetScrollBarDelegate();
+        QVERIFY(d);
+        QCOMPARE(area.verticalScrollBar(), static_cast<QScrollBar *>(d->GetVerticalScrollBar()));
+        QCOMPARE(area.horizontalScrollBar(), static_cast<QScrollBar *>(d->GetHorizontalScrollBar()));
+        // Replaced bars are no longer ours to rename.
+        area.setHorizontalScrollBar(new QScrollBar(Qt::Horizontal));
+        QVERIFY(!d->GetHorizontalScrollBar());
+        QVERIFY(d->GetVerticalScrollBar());
+
+        QScrollArea plain;
+        CScrollBarDelegate verticalOnly(&plain, Qt::Vertical);
+        QVERIFY(verticalOnly.GetVerticalScrollBar());
+        QVERIFY(!verticalOnly.GetHorizontalScrollBar());
+    }
 
 private:
     QTemporaryDir m_dir;
     QString m_svg;
 };
-
-void TestCGUIToolkit::initTestCase()
-{
-    QVERIFY(m_dir.isValid());
-    m_svg = m_dir.filePath(QStringLiteral("square.svg"));
-    QFile f(m_svg);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    // Left half red, right half blue: shows the picture is scaled, not cropped.
-    f.write("<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10' viewBox='0 0 10 10'>"
-            "<rect x='0' y='0' width='5' height='10' fill='#ff0000'/>"
-            "<rect x='5' y='0' width='5' height='10' fill='#0000ff'/></svg>");
-}
-
-void TestCGUIToolkit::svgRenderedForRatio_data()
-{
-    QTest::addColumn<qreal>("ratio");
-    QTest::addColumn<QSize>("physical");
-    QTest::newRow("1.0") << qreal(1.0) << QSize(24, 24);
-    QTest::newRow("1.5") << qreal(1.5) << QSize(36, 36);
-    QTest::newRow("2.0") << qreal(2.0) << QSize(48, 48);
-}
-
-void TestCGUIToolkit::svgRenderedForRatio()
-{
-    QFETCH(qreal, ratio);
-    QFETCH(QSize, physical);
-    const QPixmap pm = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(24, 24), ratio);
-    QVERIFY(!pm.isNull());
-    QCOMPARE(pm.size(), physical);
-    QCOMPARE(pm.devicePixelRatioF(), ratio);
-    const QImage img = pm.toImage();
-    QCOMPARE(QColor(img.pixel(1, physical.height() / 2)), QColor(255, 0, 0));
-    QCOMPARE(QColor(img.pixel(physical.width() - 2, physical.height() / 2)), QColor(0, 0, 255));
-}
-
-void TestCGUIToolkit::renderingIsCached()
-{
-    QPixmapCache::clear();
-    const QPixmap a = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 1.25);
-    const QPixmap b = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 1.25);
-    QCOMPARE(a.cacheKey(), b.cacheKey());
-    const QPixmap other = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 2.0);
-    QVERIFY(other.cacheKey() != a.cacheKey());
-}
-
-void TestCGUIToolkit::missingSvgGivesNullPixmap()
-{
-    QVERIFY(CGUIToolkit::GetPixmapFromSvg(QStringLiteral(":/images/common_edit.svg"), QSize(24, 24), 1.0).isNull());
-    QVERIFY(CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(), 1.0).isNull());
-    QWidget w;
-    QVERIFY(!CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(8, 8), &w).isNull());
-}
-
-void TestCGUIToolkit::gifScale()
-{
-    QVERIFY(CGUIToolkit::GetGifScale() >= 1.0);
-    CGUIToolkit::SetGifScaleOverride(1.5);
-    QCOMPARE(CGUIToolkit::GetGifScale(), 1.5);
-    QCOMPARE(CGUIToolkit::ScaleByGifScale(QSize(100, 40)), QSize(150, 60));
-    QCOMPARE(CGUIToolkit::ScaleByGifScale(30), 45);
-    CGUIToolkit::SetGifScaleOverride(0);
-    QVERIFY(CGUIToolkit::GetGifScale() >= 1.0);
-}
-
-void TestCGUIToolkit::scrollBarDelegateReportsItsBars()
-{
-    CScrollArea area;
-    CScrollBarDelegate *d = area.GetScrollBarDelegate();
-    QVERIFY(d);
-    QCOMPARE(area.verticalScrollBar(), static_cast<QScrollBar *>(d->GetVerticalScrollBar()));
-    QCOMPARE(area.horizontalScrollBar(), static_cast<QScrollBar *>(d->GetHorizontalScrollBar()));
-    // Replaced bars are no longer ours to rename.
-    area.setHorizontalScrollBar(new QScrollBar(Qt::Horizontal));
-    QVERIFY(!d->GetHorizontalScrollBar());
-    QVERIFY(d->GetVerticalScrollBar());
-
-    QScrollArea plain;
-    CScrollBarDelegate verticalOnly(&plain, Qt::Vertical);
-    QVERIFY(verticalOnly.GetVerticalScrollBar());
-    QVERIFY(!verticalOnly.GetHorizontalScrollBar());
-}
 
 QTEST_MAIN(TestCGUIToolkit)
 #include "tst_cguitoolkit.moc"

@@ -13,7 +13,6 @@
 
 using namespace Quillon;
 
-
 namespace {
 QPixmap Solid(const QColor &color)
 {
@@ -22,335 +21,285 @@ QPixmap Solid(const QColor &color)
     return pm;
 }
 
-const QColor kColors[3] = {QColor(255, 0, 0), QColor(0, 255, 0), QColor(0, 0, 255)};
-const CItemDataRole kRoles[3] = {ItemFirstRightPixmapRole, ItemSecondRightPixmapRole, ItemThirdRightPixmapRole};
-const CItemDataRole kTipRoles[3] = {ItemFirstRightPixmapTipRole, ItemSecondRightPixmapTipRole,
-                                    ItemThirdRightPixmapTipRole};
+const QColor kColors[3] = { QColor(255, 0, 0), QColor(0, 255, 0), QColor(0, 0, 255) };
+const CItemDataRole kRoles[3] = { ItemFirstRightPixmapRole, ItemSecondRightPixmapRole, ItemThirdRightPixmapRole };
+const CItemDataRole kTipRoles[3]
+    = { ItemFirstRightPixmapTipRole, ItemSecondRightPixmapTipRole, ItemThirdRightPixmapTipRole };
 } // namespace
+
+// The role numbers are a contract with every model that feeds the views.
+static_assert(ItemNumberRole == 306);
+static_assert(ItemInertPixmapRole == 356);
+static_assert(ItemTextRole == 362);
+static_assert(ItemTextColorRole == 363);
+static_assert(ColumnWidthRole == 388);
+static_assert(ItemRunningRole == 430);
+static_assert(ItemFirstRightPixmapRole == 436);
+static_assert(ItemSecondRightPixmapRole == 437);
+static_assert(ItemThirdRightPixmapRole == 438);
+static_assert(ItemLeadingPixmapRole == 441);
+static_assert(ItemFirstRightPixmapTipRole == 466);
+static_assert(ItemSecondRightPixmapTipRole == 467);
+static_assert(ItemThirdRightPixmapTipRole == 468);
+static_assert(ItemExtraTextRole == 471);
+static_assert(ItemFirstStateRole == 1257);
+static_assert(ItemSecondStateRole == 1258);
+static_assert(ItemThirdStateRole == 1259);
 
 class TestCTableView : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_model = new CStandardItemModel(this);
+        m_model->setColumnCount(2);
+        for (int row = 0; row < 3; ++row) {
+            auto *name = new CStandardItem(QStringLiteral("Row%1").arg(row + 1));
+            auto *actions = new CStandardItem;
+            m_model->appendRow({ name, actions });
+        }
+        // Row 0: all three pixmaps; row 1: only the first; row 2: none.
+        for (int i = 0; i < 3; ++i) {
+            m_model->item(0, 1)->setData(Solid(kColors[i]), kRoles[i]);
+            m_model->item(0, 1)->setData(QStringLiteral("tip%1").arg(i + 1), kTipRoles[i]);
+        }
+        m_model->item(1, 1)->setData(Solid(kColors[0]), ItemFirstRightPixmapRole);
+        m_model->item(1, 1)->setData(QStringLiteral("only"), ItemFirstRightPixmapTipRole);
+        m_model->item(1, 1)->setData(QPixmap(), ItemSecondRightPixmapRole);
 
-    void roleNumbers_data();
-    void roleNumbers();
-    void roleEnumIsIntrospectable();
+        m_model->SetColumnWidth(0, 140);
+        m_model->SetColumnWidth(1, 150);
 
-    void pixmapsArePaintedWhereTheyAreHit_data();
-    void pixmapsArePaintedWhereTheyAreHit();
-    void clickOnPixmapEmitsRoleAndIndex_data();
-    void clickOnPixmapEmitsRoleAndIndex();
-    void clicksOffPixmapsEmitNothing_data();
-    void clicksOffPixmapsEmitNothing();
-    void rowWithOnePixmapOnlyReactsToIt();
-    void pixmapsStayInTheirSlotsFromRowToRow();
-    void disabledItemDoesNotReact();
-    void pressAndReleaseOnDifferentPixmapsEmitNothing();
-    void toolTipsFollowTheirPixmap_data();
-    void toolTipsFollowTheirPixmap();
-    void helpEventShowsPixmapTip();
-    void foreignDelegateStillHitTests();
-    void columnWidthsComeFromHeaderRole();
-    void emptyViewTextShowsOnlyWithoutRows();
+        m_view = new CTableView;
+        m_view->setModel(m_model);
+        m_view->setHeaderHidden(true);
+        m_view->resize(320, 200);
+        m_view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_view));
+    }
+    void cleanup()
+    {
+        delete m_view;
+        m_view = nullptr;
+        delete m_model;
+        m_model = nullptr;
+    }
+
+    void roleEnumIsIntrospectable()
+    {
+        const QMetaEnum e = QMetaEnum::fromType<Quillon::CItemDataRole>();
+        QVERIFY(e.isValid());
+        QCOMPARE(QByteArray(e.valueToKey(437)), QByteArray("ItemSecondRightPixmapRole"));
+        QVERIFY(QMetaType::type("Quillon::CItemDataRole") != QMetaType::UnknownType);
+        QCOMPARE(RightPixmapTipRole(ItemThirdRightPixmapRole), int(ItemThirdRightPixmapTipRole));
+        QCOMPARE(RightPixmapTipRole(ItemTextRole), -1);
+    }
+
+    void pixmapsArePaintedWhereTheyAreHit_data()
+    {
+        QTest::addColumn<int>("slot");
+        QTest::newRow("first") << 0;
+        QTest::newRow("second") << 1;
+        QTest::newRow("third") << 2;
+    }
+    void pixmapsArePaintedWhereTheyAreHit()
+    {
+        QFETCH(int, slot);
+        const QModelIndex index = m_model->index(0, 1);
+        const QRect rect = m_view->PixmapRect(index, kRoles[slot]);
+        QVERIFY(!rect.isEmpty());
+        QVERIFY(m_view->visualRect(index).contains(rect));
+
+        const QImage shot = m_view->viewport()->grab().toImage();
+        const qreal dpr = shot.devicePixelRatio();
+        const QPoint centre = rect.center();
+        // The style may tint the row slightly; the pixmap's own colour must dominate.
+        const QColor seen(shot.pixel(int(centre.x() * dpr), int(centre.y() * dpr)));
+        const QColor want = kColors[slot];
+        QVERIFY2(qAbs(seen.red() - want.red()) < 48 && qAbs(seen.green() - want.green()) < 48
+                && qAbs(seen.blue() - want.blue()) < 48,
+            qPrintable(seen.name()));
+    }
+    void clickOnPixmapEmitsRoleAndIndex_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("slot");
+        QTest::newRow("row 0, first") << 0 << 0;
+        QTest::newRow("row 0, second") << 0 << 1;
+        QTest::newRow("row 0, third") << 0 << 2;
+        QTest::newRow("row 1, first") << 1 << 0;
+    }
+    void clickOnPixmapEmitsRoleAndIndex()
+    {
+        QFETCH(int, row);
+        QFETCH(int, slot);
+        QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
+        const QModelIndex index = m_model->index(row, 1);
+        const QRect rect = m_view->PixmapRect(index, kRoles[slot]);
+        QVERIFY(!rect.isEmpty());
+
+        // Corners of the slot count as much as its centre.
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, rect.topLeft());
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, rect.bottomRight());
+        QCOMPARE(spy.count(), 2);
+        for (const auto &args : qAsConst(spy)) {
+            QCOMPARE(args.at(0).value<QModelIndex>(), index);
+            QCOMPARE(args.at(1).value<Quillon::CItemDataRole>(), kRoles[slot]);
+        }
+    }
+    void clicksOffPixmapsEmitNothing_data()
+    {
+        QTest::addColumn<QPoint>("offsetFromFirst");
+        QTest::addColumn<int>("row");
+        QTest::newRow("just left of the first pixmap") << QPoint(-1, 0) << 0;
+        QTest::newRow("just above the first pixmap") << QPoint(0, -1) << 0;
+        QTest::newRow("gap between first and second") << QPoint(24, 0) << 0;
+        QTest::newRow("text area of the cell") << QPoint(-60, 0) << 0;
+        QTest::newRow("row without pixmaps") << QPoint(0, 0) << 2;
+    }
+    void clicksOffPixmapsEmitNothing()
+    {
+        QFETCH(QPoint, offsetFromFirst);
+        QFETCH(int, row);
+        QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
+        const QRect first = m_view->PixmapRect(m_model->index(0, 1), ItemFirstRightPixmapRole);
+        const int rowShift
+            = m_view->visualRect(m_model->index(row, 1)).top() - m_view->visualRect(m_model->index(0, 1)).top();
+        const QPoint pos = first.topLeft() + offsetFromFirst + QPoint(0, rowShift);
+        QModelIndex hit;
+        QVERIFY(!m_view->PixmapAt(pos, &hit, nullptr));
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+        // The name column and the empty area below the rows never react either.
+        QTest::mouseClick(
+            m_view->viewport(), Qt::LeftButton, Qt::NoModifier, m_view->visualRect(m_model->index(0, 0)).center());
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
+            QPoint(first.center().x(), m_view->viewport()->height() - 2));
+        QCOMPARE(spy.count(), 0);
+    }
+    void rowWithOnePixmapOnlyReactsToIt()
+    {
+        QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
+        const QModelIndex row1 = m_model->index(1, 1);
+        QVERIFY(m_view->PixmapRect(row1, ItemSecondRightPixmapRole).isEmpty());
+        QVERIFY(m_view->PixmapRect(row1, ItemThirdRightPixmapRole).isEmpty());
+
+        const int dy = m_view->visualRect(row1).top() - m_view->visualRect(m_model->index(0, 1)).top();
+        for (CItemDataRole role : { ItemSecondRightPixmapRole, ItemThirdRightPixmapRole }) {
+            const QPoint where = m_view->PixmapRect(m_model->index(0, 1), role).center() + QPoint(0, dy);
+            QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, where);
+        }
+        QCOMPARE(spy.count(), 0);
+
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
+            m_view->PixmapRect(row1, ItemFirstRightPixmapRole).center());
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(1).value<Quillon::CItemDataRole>(), ItemFirstRightPixmapRole);
+    }
+    void pixmapsStayInTheirSlotsFromRowToRow()
+    {
+        const QRect a = m_view->PixmapRect(m_model->index(0, 1), ItemFirstRightPixmapRole);
+        const QRect b = m_view->PixmapRect(m_model->index(1, 1), ItemFirstRightPixmapRole);
+        QCOMPARE(a.left(), b.left());
+        const QRect second = m_view->PixmapRect(m_model->index(0, 1), ItemSecondRightPixmapRole);
+        const QRect third = m_view->PixmapRect(m_model->index(0, 1), ItemThirdRightPixmapRole);
+        QVERIFY(a.right() < second.left());
+        QVERIFY(second.right() < third.left());
+        // Right-aligned: the last slot ends near the cell's right edge.
+        const QRect cell = m_view->visualRect(m_model->index(0, 1));
+        QVERIFY(cell.right() - third.right() <= 16);
+    }
+    void disabledItemDoesNotReact()
+    {
+        m_model->item(0, 1)->setEnabled(false);
+        QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
+            m_view->PixmapRect(m_model->index(0, 1), ItemFirstRightPixmapRole).center());
+        QCOMPARE(spy.count(), 0);
+    }
+    void pressAndReleaseOnDifferentPixmapsEmitNothing()
+    {
+        QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
+        const QModelIndex index = m_model->index(0, 1);
+        QTest::mousePress(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
+            m_view->PixmapRect(index, ItemFirstRightPixmapRole).center());
+        QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
+            m_view->PixmapRect(index, ItemThirdRightPixmapRole).center());
+        QTest::mouseClick(m_view->viewport(), Qt::RightButton, Qt::NoModifier,
+            m_view->PixmapRect(index, ItemSecondRightPixmapRole).center());
+        QCOMPARE(spy.count(), 0);
+    }
+    void toolTipsFollowTheirPixmap_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("slot");
+        QTest::addColumn<QString>("tip");
+        QTest::newRow("row 0, first") << 0 << 0 << "tip1";
+        QTest::newRow("row 0, second") << 0 << 1 << "tip2";
+        QTest::newRow("row 0, third") << 0 << 2 << "tip3";
+        QTest::newRow("row 1, first") << 1 << 0 << "only";
+    }
+    void toolTipsFollowTheirPixmap()
+    {
+        QFETCH(int, row);
+        QFETCH(int, slot);
+        QFETCH(QString, tip);
+        const QRect rect = m_view->PixmapRect(m_model->index(row, 1), kRoles[slot]);
+        QCOMPARE(m_view->PixmapToolTipAt(rect.center()), tip);
+        const QRect first = m_view->PixmapRect(m_model->index(row, 1), ItemFirstRightPixmapRole);
+        QCOMPARE(m_view->PixmapToolTipAt(QPoint(first.left() - 10, rect.center().y())), QString());
+    }
+    void helpEventShowsPixmapTip()
+    {
+        const QRect rect = m_view->PixmapRect(m_model->index(0, 1), ItemSecondRightPixmapRole);
+        QHelpEvent event(QEvent::ToolTip, rect.center(), m_view->viewport()->mapToGlobal(rect.center()));
+        QApplication::sendEvent(m_view->viewport(), &event);
+        QTRY_COMPARE(QToolTip::text(), QStringLiteral("tip2"));
+        QToolTip::hideText();
+    }
+    void foreignDelegateStillHitTests()
+    {
+        // A subclass may install a plain delegate; clicks keep working with the defaults.
+        QStyledItemDelegate plain;
+        m_view->setItemDelegate(&plain);
+        QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
+        const QModelIndex index = m_model->index(0, 1);
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
+            m_view->PixmapRect(index, ItemThirdRightPixmapRole).center());
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(1).value<Quillon::CItemDataRole>(), ItemThirdRightPixmapRole);
+        m_view->setItemDelegate(nullptr);
+    }
+    void columnWidthsComeFromHeaderRole()
+    {
+        QCOMPARE(m_view->columnWidth(0), 140);
+        QCOMPARE(m_view->columnWidth(1), 150);
+        m_model->SetColumnWidth(1, 170);
+        QCOMPARE(m_view->columnWidth(1), 170);
+        QCOMPARE(m_model->GetColumnWidth(1), 170);
+    }
+    void emptyViewTextShowsOnlyWithoutRows()
+    {
+        CStandardItemModel empty;
+        CTableView view;
+        view.setModel(&empty);
+        view.resize(200, 100);
+        const QImage blank = view.viewport()->grab().toImage();
+        view.SetEmptyViewText(QStringLiteral("NoData"));
+        QCOMPARE(view.GetEmptyViewText(), QStringLiteral("NoData"));
+        QVERIFY(view.viewport()->grab().toImage() != blank);
+
+        empty.appendRow(new CStandardItem);
+        const QImage withText = view.viewport()->grab().toImage();
+        view.SetEmptyViewText(QString());
+        QCOMPARE(view.viewport()->grab().toImage(), withText);
+    }
 
 private:
     CStandardItemModel *m_model = nullptr;
     CTableView *m_view = nullptr;
 };
-
-void TestCTableView::init()
-{
-    m_model = new CStandardItemModel(this);
-    m_model->setColumnCount(2);
-    for (int row = 0; row < 3; ++row) {
-        auto *name = new CStandardItem(QStringLiteral("Row%1").arg(row + 1));
-        auto *actions = new CStandardItem;
-        m_model->appendRow({name, actions});
-    }
-    // Row 0: all three pixmaps; row 1: only the first; row 2: none.
-    for (int i = 0; i < 3; ++i) {
-        m_model->item(0, 1)->setData(Solid(kColors[i]), kRoles[i]);
-        m_model->item(0, 1)->setData(QStringLiteral("tip%1").arg(i + 1), kTipRoles[i]);
-    }
-    m_model->item(1, 1)->setData(Solid(kColors[0]), ItemFirstRightPixmapRole);
-    m_model->item(1, 1)->setData(QStringLiteral("only"), ItemFirstRightPixmapTipRole);
-    m_model->item(1, 1)->setData(QPixmap(), ItemSecondRightPixmapRole);
-
-    m_model->SetColumnWidth(0, 140);
-    m_model->SetColumnWidth(1, 150);
-
-    m_view = new CTableView;
-    m_view->setModel(m_model);
-    m_view->setHeaderHidden(true);
-    m_view->resize(320, 200);
-    m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view));
-}
-
-void TestCTableView::cleanup()
-{
-    delete m_view;
-    m_view = nullptr;
-    delete m_model;
-    m_model = nullptr;
-}
-
-void TestCTableView::roleNumbers_data()
-{
-    QTest::addColumn<int>("role");
-    QTest::addColumn<int>("number");
-    QTest::newRow("number") << int(ItemNumberRole) << 306;
-    QTest::newRow("inert pixmap") << int(ItemInertPixmapRole) << 356;
-    QTest::newRow("text") << int(ItemTextRole) << 362;
-    QTest::newRow("text colour") << int(ItemTextColorRole) << 363;
-    QTest::newRow("column width") << int(ColumnWidthRole) << 388;
-    QTest::newRow("running mark") << int(ItemRunningRole) << 430;
-    QTest::newRow("first pixmap") << int(ItemFirstRightPixmapRole) << 436;
-    QTest::newRow("second pixmap") << int(ItemSecondRightPixmapRole) << 437;
-    QTest::newRow("third pixmap") << int(ItemThirdRightPixmapRole) << 438;
-    QTest::newRow("leading pixmap") << int(ItemLeadingPixmapRole) << 441;
-    QTest::newRow("first tip") << int(ItemFirstRightPixmapTipRole) << 466;
-    QTest::newRow("second tip") << int(ItemSecondRightPixmapTipRole) << 467;
-    QTest::newRow("third tip") << int(ItemThirdRightPixmapTipRole) << 468;
-    QTest::newRow("extra text") << int(ItemExtraTextRole) << 471;
-    QTest::newRow("first state") << int(ItemFirstStateRole) << 1257;
-    QTest::newRow("second state") << int(ItemSecondStateRole) << 1258;
-    QTest::newRow("third state") << int(ItemThirdStateRole) << 1259;
-}
-
-void TestCTableView::roleNumbers()
-{
-    QFETCH(int, role);
-    QFETCH(int, number);
-    QCOMPARE(role, number);
-}
-
-void TestCTableView::roleEnumIsIntrospectable()
-{
-    const QMetaEnum e = QMetaEnum::fromType<Quillon::CItemDataRole>();
-    QVERIFY(e.isValid());
-    QCOMPARE(QByteArray(e.valueToKey(437)), QByteArray("ItemSecondRightPixmapRole"));
-    QVERIFY(QMetaType::type("Quillon::CItemDataRole") != QMetaType::UnknownType);
-    QCOMPARE(RightPixmapTipRole(ItemThirdRightPixmapRole), int(ItemThirdRightPixmapTipRole));
-    QCOMPARE(RightPixmapTipRole(ItemTextRole), -1);
-}
-
-void TestCTableView::pixmapsArePaintedWhereTheyAreHit_data()
-{
-    QTest::addColumn<int>("slot");
-    QTest::newRow("first") << 0;
-    QTest::newRow("second") << 1;
-    QTest::newRow("third") << 2;
-}
-
-void TestCTableView::pixmapsArePaintedWhereTheyAreHit()
-{
-    QFETCH(int, slot);
-    const QModelIndex index = m_model->index(0, 1);
-    const QRect rect = m_view->PixmapRect(index, kRoles[slot]);
-    QVERIFY(!rect.isEmpty());
-    QVERIFY(m_view->visualRect(index).contains(rect));
-
-    const QImage shot = m_view->viewport()->grab().toImage();
-    const qreal dpr = shot.devicePixelRatio();
-    const QPoint centre = rect.center();
-    // The style may tint the row slightly; the pixmap's own colour must dominate.
-    const QColor seen(shot.pixel(int(centre.x() * dpr), int(centre.y() * dpr)));
-    const QColor want = kColors[slot];
-    QVERIFY2(qAbs(seen.red() - want.red()) < 48 && qAbs(seen.green() - want.green()) < 48
-                 && qAbs(seen.blue() - want.blue()) < 48,
-             qPrintable(seen.name()));
-}
-
-void TestCTableView::clickOnPixmapEmitsRoleAndIndex_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("slot");
-    QTest::newRow("row 0, first") << 0 << 0;
-    QTest::newRow("row 0, second") << 0 << 1;
-    QTest::newRow("row 0, third") << 0 << 2;
-    QTest::newRow("row 1, first") << 1 << 0;
-}
-
-void TestCTableView::clickOnPixmapEmitsRoleAndIndex()
-{
-    QFETCH(int, row);
-    QFETCH(int, slot);
-    QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
-    const QModelIndex index = m_model->index(row, 1);
-    const QRect rect = m_view->PixmapRect(index, kRoles[slot]);
-    QVERIFY(!rect.isEmpty());
-
-    // Corners of the slot count as much as its centre.
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, rect.topLeft());
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, rect.bottomRight());
-    QCOMPARE(spy.count(), 2);
-    for (const auto &args : qAsConst(spy)) {
-        QCOMPARE(args.at(0).value<QModelIndex>(), index);
-        QCOMPARE(args.at(1).value<Quillon::CItemDataRole>(), kRoles[slot]);
-    }
-}
-
-void TestCTableView::clicksOffPixmapsEmitNothing_data()
-{
-    QTest::addColumn<QPoint>("offsetFromFirst");
-    QTest::addColumn<int>("row");
-    QTest::newRow("just left of the first pixmap") << QPoint(-1, 0) << 0;
-    QTest::newRow("just above the first pixmap") << QPoint(0, -1) << 0;
-    QTest::newRow("gap between first and second") << QPoint(24, 0) << 0;
-    QTest::newRow("text area of the cell") << QPoint(-60, 0) << 0;
-    QTest::newRow("row without pixmaps") << QPoint(0, 0) << 2;
-}
-
-void TestCTableView::clicksOffPixmapsEmitNothing()
-{
-    QFETCH(QPoint, offsetFromFirst);
-    QFETCH(int, row);
-    QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
-    const QRect first = m_view->PixmapRect(m_model->index(0, 1), ItemFirstRightPixmapRole);
-    const int rowShift = m_view->visualRect(m_model->index(row, 1)).top() - m_view->visualRect(m_model->index(0, 1)).top();
-    const QPoint pos = first.topLeft() + offsetFromFirst + QPoint(0, rowShift);
-    QModelIndex hit;
-    QVERIFY(!m_view->PixmapAt(pos, &hit, nullptr));
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    // The name column and the empty area below the rows never react either.
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      m_view->visualRect(m_model->index(0, 0)).center());
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      QPoint(first.center().x(), m_view->viewport()->height() - 2));
-    QCOMPARE(spy.count(), 0);
-}
-
-void TestCTableView::rowWithOnePixmapOnlyReactsToIt()
-{
-    QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
-    const QModelIndex row1 = m_model->index(1, 1);
-    QVERIFY(m_view->PixmapRect(row1, ItemSecondRightPixmapRole).isEmpty());
-    QVERIFY(m_view->PixmapRect(row1, ItemThirdRightPixmapRole).isEmpty());
-
-    const int dy = m_view->visualRect(row1).top() - m_view->visualRect(m_model->index(0, 1)).top();
-    for (CItemDataRole role : {ItemSecondRightPixmapRole, ItemThirdRightPixmapRole}) {
-        const QPoint where = m_view->PixmapRect(m_model->index(0, 1), role).center() + QPoint(0, dy);
-        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, where);
-    }
-    QCOMPARE(spy.count(), 0);
-
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      m_view->PixmapRect(row1, ItemFirstRightPixmapRole).center());
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy.at(0).at(1).value<Quillon::CItemDataRole>(), ItemFirstRightPixmapRole);
-}
-
-void TestCTableView::pixmapsStayInTheirSlotsFromRowToRow()
-{
-    const QRect a = m_view->PixmapRect(m_model->index(0, 1), ItemFirstRightPixmapRole);
-    const QRect b = m_view->PixmapRect(m_model->index(1, 1), ItemFirstRightPixmapRole);
-    QCOMPARE(a.left(), b.left());
-    const QRect second = m_view->PixmapRect(m_model->index(0, 1), ItemSecondRightPixmapRole);
-    const QRect third = m_view->PixmapRect(m_model->index(0, 1), ItemThirdRightPixmapRole);
-    QVERIFY(a.right() < second.left());
-    QVERIFY(second.right() < third.left());
-    // Right-aligned: the last slot ends near the cell's right edge.
-    const QRect cell = m_view->visualRect(m_model->index(0, 1));
-    QVERIFY(cell.right() - third.right() <= 16);
-}
-
-void TestCTableView::disabledItemDoesNotReact()
-{
-    m_model->item(0, 1)->setEnabled(false);
-    QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      m_view->PixmapRect(m_model->index(0, 1), ItemFirstRightPixmapRole).center());
-    QCOMPARE(spy.count(), 0);
-}
-
-void TestCTableView::pressAndReleaseOnDifferentPixmapsEmitNothing()
-{
-    QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
-    const QModelIndex index = m_model->index(0, 1);
-    QTest::mousePress(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      m_view->PixmapRect(index, ItemFirstRightPixmapRole).center());
-    QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                        m_view->PixmapRect(index, ItemThirdRightPixmapRole).center());
-    QTest::mouseClick(m_view->viewport(), Qt::RightButton, Qt::NoModifier,
-                      m_view->PixmapRect(index, ItemSecondRightPixmapRole).center());
-    QCOMPARE(spy.count(), 0);
-}
-
-void TestCTableView::toolTipsFollowTheirPixmap_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("slot");
-    QTest::addColumn<QString>("tip");
-    QTest::newRow("row 0, first") << 0 << 0 << "tip1";
-    QTest::newRow("row 0, second") << 0 << 1 << "tip2";
-    QTest::newRow("row 0, third") << 0 << 2 << "tip3";
-    QTest::newRow("row 1, first") << 1 << 0 << "only";
-}
-
-void TestCTableView::toolTipsFollowTheirPixmap()
-{
-    QFETCH(int, row);
-    QFETCH(int, slot);
-    QFETCH(QString, tip);
-    const QRect rect = m_view->PixmapRect(m_model->index(row, 1), kRoles[slot]);
-    QCOMPARE(m_view->PixmapToolTipAt(rect.center()), tip);
-    const QRect first = m_view->PixmapRect(m_model->index(row, 1), ItemFirstRightPixmapRole);
-    QCOMPARE(m_view->PixmapToolTipAt(QPoint(first.left() - 10, rect.center().y())), QString());
-}
-
-void TestCTableView::helpEventShowsPixmapTip()
-{
-    const QRect rect = m_view->PixmapRect(m_model->index(0, 1), ItemSecondRightPixmapRole);
-    QHelpEvent event(QEvent::ToolTip, rect.center(), m_view->viewport()->mapToGlobal(rect.center()));
-    QApplication::sendEvent(m_view->viewport(), &event);
-    QTRY_COMPARE(QToolTip::text(), QStringLiteral("tip2"));
-    QToolTip::hideText();
-}
-
-void TestCTableView::foreignDelegateStillHitTests()
-{
-    // A subclass may install a plain delegate; clicks keep working with the defaults.
-    QStyledItemDelegate plain;
-    m_view->setItemDelegate(&plain);
-    QSignalSpy spy(m_view, &CTableView::signalClickedPixmap);
-    const QModelIndex index = m_model->index(0, 1);
-    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      m_view->PixmapRect(index, ItemThirdRightPixmapRole).center());
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy.at(0).at(1).value<Quillon::CItemDataRole>(), ItemThirdRightPixmapRole);
-    m_view->setItemDelegate(nullptr);
-}
-
-void TestCTableView::columnWidthsComeFromHeaderRole()
-{
-    QCOMPARE(m_view->columnWidth(0), 140);
-    QCOMPARE(m_view->columnWidth(1), 150);
-    m_model->SetColumnWidth(1, 170);
-    QCOMPARE(m_view->columnWidth(1), 170);
-    QCOMPARE(m_model->GetColumnWidth(1), 170);
-}
-
-void TestCTableView::emptyViewTextShowsOnlyWithoutRows()
-{
-    CStandardItemModel empty;
-    CTableView view;
-    view.setModel(&empty);
-    view.resize(200, 100);
-    const QImage blank = view.viewport()->grab().toImage();
-    view.SetEmptyViewText(QStringLiteral("NoData"));
-    QCOMPARE(view.GetEmptyViewText(), QStringLiteral("NoData"));
-    QVERIFY(view.viewport()->grab().toImage() != blank);
-
-    empty.appendRow(new CStandardItem);
-    const QImage withText = view.viewport()->grab().toImage();
-    view.SetEmptyViewText(QString());
-    QCOMPARE(view.viewport()->grab().toImage(), withText);
-}
 
 QTEST_MAIN(TestCTableView)
 #include "tst_ctableview.moc"

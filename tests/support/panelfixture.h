@@ -1,0 +1,45 @@
+#pragma once
+
+#include "support/child.h"
+#include "support/records.h"
+#include "support/testenv.h"
+
+#include "direction/cptzcloud.h"
+#include "panel/cpreviewptzwnd.h"
+
+namespace zeph_ptz_controller {
+class CSimpleFishEyeController;
+}
+
+// A panel of screen 0 on a fresh test site, talking to the site's controller.
+// A software-PTZ panel also gets a fish-eye controller (four pictures).
+class PanelFixture : public TestEnv
+{
+public:
+    void setUp(bool softwarePtz = false);
+    void tearDown();
+    // Replaces the panel with a fresh one, or drops it (e.g. before the store is swapped).
+    void newPanel(bool softwarePtz = false);
+    void dropPanel();
+    // Binds the panel (empty: unbinds) and forgets what the camera received so far.
+    void bind(const QString &camera);
+
+    PreviewPTZControl::CPreviewPTZWnd *panel() const { return m_panel; }
+    zeph_ptz_controller::CSimpleFishEyeController *fishEye() const { return m_fishEye; }
+    template <typename T> T *child(const char *name) const { return ::child<T>(m_panel, name); }
+    PreviewPTZControl::CPTZCloud *cloud() const;
+
+    // The pad emits these on mouse press and release over a section.
+    void pressSection(int section);
+    void releaseSection(int section);
+    // Left-button press or release on a panel widget, as the operator's mouse sends it.
+    void press(const char *widget);
+    void release(const char *widget);
+    static void sendMouse(QWidget *widget, bool press);
+
+    int count(const QString &camera, ptz_devices::DriverOperation op) const { return operations(camera).count(op); }
+
+private:
+    PreviewPTZControl::CPreviewPTZWnd *m_panel = nullptr;
+    zeph_ptz_controller::CSimpleFishEyeController *m_fishEye = nullptr;
+};
