@@ -1,5 +1,7 @@
 #include "cliveview.h"
 
+#include "cfisheyeview.h"
+
 #include "ptz_devices/iptzdriver.h"
 
 #include <QContextMenuEvent>
@@ -108,6 +110,7 @@ const QImage &CLiveView::Panorama()
 void CLiveView::SetCamera(const QString &cameraId, const QString &name, ptz_devices::IPtzDriver *driver,
                           bool fishEye)
 {
+    CFishEyeView::SetOpen(this, nullptr, false); // a new picture starts without the fish-eye view
     m_cameraId = cameraId;
     m_name = name;
     m_driver = driver;
@@ -293,6 +296,8 @@ void CLiveView::contextMenuEvent(QContextMenuEvent *event)
         return;
     QMenu menu(this);
     menu.addAction(tr("Close %1").arg(m_name), this, [this] { emit SignalCloseRequested(m_screen); });
+    if (m_fishEye)
+        menu.addAction(tr("Open fish-eye view"), this, [this] { emit SignalFishEyeRequested(m_screen, true); });
     menu.exec(event->globalPos());
 }
 

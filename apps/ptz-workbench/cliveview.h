@@ -19,6 +19,7 @@ public:
     unsigned int Screen() const { return m_screen; }
     void SetCamera(const QString &cameraId, const QString &name, ptz_devices::IPtzDriver *driver, bool fishEye);
     QString CameraId() const { return m_cameraId; }
+    bool IsFishEye() const { return m_fishEye; }
     void SetSelected(bool selected);
 
     // Picture actions asked for by the panel: 1 3D positioning (drag a box), 4 manual tracking and
@@ -33,6 +34,8 @@ signals:
     void SignalSelected(unsigned int screen);
     // The operator closed the screen's picture (context menu).
     void SignalCloseRequested(unsigned int screen);
+    // The operator asked for the fish-eye view of the screen's fish-eye camera (context menu).
+    void SignalFishEyeRequested(unsigned int screen, bool open);
     void SignalCameraDropped(unsigned int screen, const QString &cameraId);
     // A box was drawn in 3D mode, normalised to the picture (y down).
     void SignalBoxDrawn(unsigned int screen, const QRectF &box);

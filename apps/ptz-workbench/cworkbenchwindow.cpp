@@ -1,5 +1,6 @@
 #include "cworkbenchwindow.h"
 
+#include "cfisheyeview.h"
 #include "cliveview.h"
 #include "ctoast.h"
 
@@ -238,6 +239,8 @@ void CWorkbenchWindow::SetScreenCount(int count)
         connect(view, &CLiveView::SignalCameraDropped, this,
                 [this](unsigned s, const QString &id) { BindCamera(int(s), id); });
         connect(view, &CLiveView::SignalCloseRequested, this, [this](unsigned s) { CloseScreen(int(s)); });
+        connect(view, &CLiveView::SignalFishEyeRequested, this,
+                [this](unsigned s, bool open) { SetFishEyeOpen(int(s), open); });
         connect(view, &CLiveView::SignalBoxDrawn, this, [this](unsigned s, const QRectF &box) {
             if (ptz_devices::IPtzDriver *driver = Cameras()->GetDriver(m_views.at(int(s))->CameraId()))
                 driver->position3D(box);
@@ -260,7 +263,7 @@ void CWorkbenchWindow::SetScreenCount(int count)
 
 CPreviewPTZWnd *CWorkbenchWindow::CreatePanel(unsigned int screen)
 {
-    auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
+    auto *panel = new CPreviewPTZWnd(screen, true, false, m_panels);
     panel->SetPTZController(m_controller, nullptr);
     panel->SwitchPTZWndLayout(m_stacked);
     if (m_white)
@@ -334,6 +337,11 @@ void CWorkbenchWindow::CloseScreen(int screen)
     m_views.at(screen)->SetPictureAction(0);
     m_views.at(screen)->SetCamera(QString(), QString(), nullptr, false);
     m_panelList.at(screen)->StopWork();
+}
+
+bool CWorkbenchWindow::SetFishEyeOpen(int screen, bool open)
+{
+    return CFishEyeView::SetOpen(View(screen), Panel(screen), open);
 }
 
 void CWorkbenchWindow::SelectScreen(int screen)
