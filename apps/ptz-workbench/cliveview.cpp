@@ -198,6 +198,8 @@ void CLiveView::PaintScene(QPainter &painter, const QRect &area)
         running << tr("PATROL %1").arg(status.runningPatrol);
     if (status.runningPattern > 0)
         running << tr("pattern %1").arg(status.runningPattern);
+    if (m_parkNotice.Update(m_cameraId, status.parkActions))
+        running << tr("park action");
     if (status.recordingPattern > 0)
         running << tr("recording pattern %1").arg(status.recordingPattern);
     QStringList aux;

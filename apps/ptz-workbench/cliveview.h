@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cparkactionnotice.h"
+
 #include <QPointer>
 #include <QWidget>
 
@@ -57,6 +59,7 @@ private:
 
     unsigned int m_screen;
     QString m_cameraId;
+    CParkActionNotice m_parkNotice;
     QString m_name;
     QPointer<ptz_devices::IPtzDriver> m_driver;
     bool m_fishEye = false;

@@ -16,7 +16,7 @@ bool DeviceStatus::operator==(const DeviceStatus &o) const
         && autoScan == o.autoScan && autoScanSpeed == o.autoScanSpeed
         && runningPatrol == o.runningPatrol && runningPattern == o.runningPattern
         && recordingPattern == o.recordingPattern && autoTrack == o.autoTrack
-        && connected == o.connected;
+        && connected == o.connected && parkActions == o.parkActions;
 }
 
 QString operationName(DriverOperation operation)
