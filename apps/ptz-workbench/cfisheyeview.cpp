@@ -222,9 +222,9 @@ void CFishEyeView::paintEvent(QPaintEvent *)
         painter.drawRect(area.adjusted(1, 1, -2, -2));
         const SubView &sub = m_subViews.at(i);
         painter.setPen(Qt::white);
-        painter.drawText(area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignBottom,
-                         tr("%1  P %2°  T %3°  Z %4x")
-                             .arg(i + 1)
+        painter.drawText(area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignTop, QString::number(i + 1));
+        painter.drawText(area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap,
+                         tr("P %1° T %2° Z %3x")
                              .arg(sub.pan, 0, 'f', 1)
                              .arg(sub.tilt, 0, 'f', 1)
                              .arg(sub.zoom, 0, 'f', 1));
