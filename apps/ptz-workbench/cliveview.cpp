@@ -1,5 +1,7 @@
 #include "cliveview.h"
 
+#include "cfisheyeview.h"
+
 #include "ptz_devices/ptzdevicetypes.h"
 #include "site_store/csitestore.h"
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
@@ -113,6 +115,7 @@ const QImage &CLiveView::Panorama()
 
 void CLiveView::SetCamera(const QString &cameraId, const QString &name, bool fishEye)
 {
+    CFishEyeView::SetOpen(this, nullptr, false); // a new picture starts without the fish-eye view
     m_cameraId = cameraId;
     m_name = name;
     m_fishEye = fishEye;
@@ -280,6 +283,8 @@ void CLiveView::PaintOverlay(QPainter &painter, const QRect &area)
         running << virtual_patrol;
     if (status.runningPattern > 0)
         running << tr("pattern %1").arg(status.runningPattern);
+    if (m_parkNotice.Update(m_cameraId, status.parkActions))
+        running << tr("park action");
     if (status.recordingPattern > 0)
         running << tr("recording pattern %1").arg(status.recordingPattern);
     QStringList aux;
@@ -378,6 +383,8 @@ void CLiveView::contextMenuEvent(QContextMenuEvent *event)
         return;
     QMenu menu(this);
     menu.addAction(tr("Close %1").arg(m_name), this, [this] { emit SignalCloseRequested(m_screen); });
+    if (m_fishEye)
+        menu.addAction(tr("Open fish-eye view"), this, [this] { emit SignalFishEyeRequested(m_screen, true); });
     menu.exec(event->globalPos());
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "cparkactionnotice.h"
+
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -27,6 +30,7 @@ public:
     void SetStatusSource(StatusSource source) { m_status = std::move(source); }
     void SetCamera(const QString &cameraId, const QString &name, bool fishEye);
     QString CameraId() const { return m_cameraId; }
+    bool IsFishEye() const { return m_fishEye; }
     void SetSelected(bool selected);
 
     // Picture actions asked for by the panel: 1 3D positioning (drag a box), 4 manual tracking and
@@ -48,6 +52,8 @@ signals:
     void SignalSelected(unsigned int screen);
     // The operator closed the screen's picture (context menu).
     void SignalCloseRequested(unsigned int screen);
+    // The operator asked for the fish-eye view of the screen's fish-eye camera (context menu).
+    void SignalFishEyeRequested(unsigned int screen, bool open);
     void SignalCameraDropped(unsigned int screen, const QString &cameraId);
     // A box was drawn in 3D mode, normalised to the picture (y down).
     void SignalBoxDrawn(unsigned int screen, const QRectF &box);
@@ -73,6 +79,7 @@ private:
 
     unsigned int m_screen;
     QString m_cameraId;
+    CParkActionNotice m_parkNotice;
     QString m_name;
     StatusSource m_status;
     zeph_ptz_controller::CVirtualPtzControllor *m_virtual = nullptr;

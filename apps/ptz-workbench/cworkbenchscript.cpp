@@ -135,8 +135,13 @@ bool CWorkbenchScript::Parse(const QString &text, QString *error)
         } else if (v == QLatin1String("layout")) {
             if (words.size() != 1 || (words.at(0) != QLatin1String("side") && words.at(0) != QLatin1String("stacked")))
                 expected = QStringLiteral("'layout side' or 'layout stacked'");
+        } else if (v == QLatin1String("fisheye")) {
+            if (words.size() != 2 || !IsCount(words.at(0), 1, 9)
+                || (words.at(1) != QLatin1String("open") && words.at(1) != QLatin1String("close")))
+                expected = QStringLiteral("'fisheye SCREEN open|close' with SCREEN from 1 to 9");
         } else {
-            expected = QStringLiteral("one of bind, select, screens, press, release, wait, click, theme, layout");
+            expected =
+                QStringLiteral("one of bind, select, screens, press, release, wait, click, theme, layout, fisheye");
         }
         if (!expected.isEmpty()) {
             if (error)
@@ -193,6 +198,9 @@ bool CWorkbenchScript::Run(CWorkbenchWindow *window, QString *error, const std::
             window->SetWhiteTheme(a.args.at(0) == QLatin1String("white"));
         } else if (v == QLatin1String("layout")) {
             window->SetStackedLayout(a.args.at(0) == QLatin1String("stacked"));
+        } else if (v == QLatin1String("fisheye")) {
+            if (!window->SetFishEyeOpen(a.args.at(0).toInt() - 1, a.args.at(1) == QLatin1String("open")))
+                return fail(a, QStringLiteral("screen %1 shows no fish-eye camera").arg(a.args.at(0)));
         }
     }
     return true;

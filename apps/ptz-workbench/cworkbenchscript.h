@@ -13,6 +13,7 @@ class CWorkbenchWindow;
 //   bind SCREEN CAMERA_ID      select SCREEN          screens 1|4|9
 //   press DIRECTION            release DIRECTION      wait MS
 //   click OBJECTNAME           theme dark|white       layout side|stacked
+//   fisheye SCREEN open|close
 // DIRECTION is up, down, left, right, upleft, upright, downleft, downright, zoomin or zoomout.
 class CWorkbenchScript
 {

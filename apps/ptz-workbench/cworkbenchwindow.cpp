@@ -1,5 +1,6 @@
 #include "cworkbenchwindow.h"
 
+#include "cfisheyeview.h"
 #include "cliveview.h"
 #include "ctoast.h"
 
@@ -252,6 +253,8 @@ void CWorkbenchWindow::SetScreenCount(int count)
         connect(view, &CLiveView::SignalCameraDropped, this,
                 [this](unsigned s, const QString &id) { BindCamera(int(s), id); });
         connect(view, &CLiveView::SignalCloseRequested, this, [this](unsigned s) { CloseScreen(int(s)); });
+        connect(view, &CLiveView::SignalFishEyeRequested, this,
+                [this](unsigned s, bool open) { SetFishEyeOpen(int(s), open); });
         connect(view, &CLiveView::SignalBoxDrawn, this, [this](unsigned s, const QRectF &box) {
             m_controller->Position3D(m_views.at(int(s))->CameraId(), box);
         });
@@ -276,7 +279,7 @@ void CWorkbenchWindow::SetScreenCount(int count)
 
 CPreviewPTZWnd *CWorkbenchWindow::CreatePanel(unsigned int screen)
 {
-    auto *panel = new CPreviewPTZWnd(screen, false, false, m_panels);
+    auto *panel = new CPreviewPTZWnd(screen, true, false, m_panels);
     panel->SetPTZController(m_controller, m_views.at(int(screen))->VirtualController());
     panel->SwitchPTZWndLayout(m_stacked);
     if (m_white)
@@ -351,6 +354,11 @@ void CWorkbenchWindow::CloseScreen(int screen)
     m_views.at(screen)->SetCamera(QString(), QString(), false);
     m_panelList.at(screen)->StopWork();
     m_bindings[screen].clear();
+}
+
+bool CWorkbenchWindow::SetFishEyeOpen(int screen, bool open)
+{
+    return CFishEyeView::SetOpen(View(screen), Panel(screen), open);
 }
 
 void CWorkbenchWindow::SelectScreen(int screen)

@@ -39,6 +39,8 @@ public:
     // Stops the screen's picture: its panel stops work and shows no camera.
     void CloseScreen(int screen);
     void SelectScreen(int screen);
+    // Opens or closes the fish-eye view on a screen showing a fish-eye camera; false when it cannot open.
+    bool SetFishEyeOpen(int screen, bool open);
     int SelectedScreen() const { return m_selected; }
     void SetWhiteTheme(bool white);
     void SetStackedLayout(bool stacked);

@@ -181,6 +181,7 @@ DeviceStatus CSimulatedCamera::status() const
     s.recordingPattern = m_recording;
     s.autoTrack = m_autoTrack;
     s.connected = m_connected;
+    s.parkActions = m_parkActions;
     return s;
 }
 

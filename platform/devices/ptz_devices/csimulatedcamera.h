@@ -279,6 +279,7 @@ private:
     double m_parkZoom = 1.0;
     PatrolRecovery m_recovery;
     qint64 m_lastControl = 0;
+    int m_parkActions = 0;       // park actions performed, reported in the status
     bool m_parkDone = true;      // park fires once per idle period
     int m_interruptedPatrol = 0; // waiting to be resumed
     int m_interruptedPatrolPoint = 0;

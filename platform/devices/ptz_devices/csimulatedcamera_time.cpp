@@ -156,6 +156,7 @@ void CSimulatedCamera::handleDueEvents()
         }
         if (idle && m_park.enabled && !m_parkDone && m_simNow >= parkAt) {
             m_parkDone = true;
+            ++m_parkActions;
             m_interruptedPatrol = 0;
             ZEPH_LOG_INFO("camera %s: park action %d fires", qUtf8Printable(m_cameraId), int(m_park.type));
             if (m_park.type == ParkActionType::Preset) {

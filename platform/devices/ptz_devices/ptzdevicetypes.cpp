@@ -17,7 +17,7 @@ bool DeviceStatus::operator==(const DeviceStatus &o) const
         && runningPatrol == o.runningPatrol && patrolPoint == o.patrolPoint
         && patrolPointCount == o.patrolPointCount && runningPattern == o.runningPattern
         && recordingPattern == o.recordingPattern && autoTrack == o.autoTrack
-        && connected == o.connected;
+        && connected == o.connected && parkActions == o.parkActions;
 }
 
 QString operationName(DriverOperation operation)

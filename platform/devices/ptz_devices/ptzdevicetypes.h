@@ -117,6 +117,7 @@ struct PTZ_DEVICES_EXPORT DeviceStatus
     int recordingPattern = 0;// 0 none, else 1-based pattern slot being recorded
     bool autoTrack = false;
     bool connected = true;
+    int parkActions = 0;     // park actions performed since the driver started (read-only)
 
     bool operator==(const DeviceStatus &other) const;
     bool operator!=(const DeviceStatus &other) const { return !(*this == other); }

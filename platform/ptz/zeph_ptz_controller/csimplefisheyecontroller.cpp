@@ -91,4 +91,15 @@ void CSimpleFishEyeController::GetSemisphereFishEyePTZPos(double &pan, double &t
     zoom = view.zoom;
 }
 
+bool CSimpleFishEyeController::GetWndPTZPos(int wnd, double &pan, double &tilt, double &zoom) const
+{
+    if (wnd < 0 || wnd >= m_views.size())
+        return false;
+    const View &view = m_views.at(wnd);
+    pan = view.pan;
+    tilt = view.tilt;
+    zoom = view.zoom;
+    return true;
+}
+
 } // namespace zeph_ptz_controller

@@ -33,6 +33,8 @@ public:
     // Selects a sub-view (clamped to the existing ones); emits
     // SignalFishEyeSelectedWndChanged when it changes.
     void SetSelectedWnd(int wnd);
+    // Direction of any sub-view, for hosts that paint them all; false for a bad index.
+    bool GetWndPTZPos(int wnd, double &pan, double &tilt, double &zoom) const;
 
 private:
     struct View
