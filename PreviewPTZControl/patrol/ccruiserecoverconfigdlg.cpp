@@ -57,7 +57,7 @@ CCruiseRecoverConfigDlg::CCruiseRecoverConfigDlg(
     layout->addStretch(1);
 
     save_btn_ = new QPushButton(tr("Save"), this);
-    save_btn_->setObjectName(QStringLiteral("pConfirmBtn"));
+    save_btn_->setObjectName(QStringLiteral("ptr_recover_save_btn_"));
     layout->addWidget(save_btn_, 0, Qt::AlignRight);
 
     connect(switch_, &Quillon::CSwitchControl::toggled, this, &CCruiseRecoverConfigDlg::OnOpenCruiseRecover);

@@ -33,7 +33,7 @@ site_store::CSiteStore *Store()
 
 CBaseSoftwarePtzControllor::CBaseSoftwarePtzControllor(QObject *parent)
     : QObject(parent)
-    , m_runner(new CPatrolRunner([this](const CruisePoint &point) { VisitPoint(point); }))
+    , m_runner(new CPatrolRunner([this](const CruisePoint &point) { VisitPoint(point); }, this))
 {
     registerMetaTypes();
     m_motion_timer = new QTimer(this);

@@ -2,13 +2,21 @@
 
 namespace zeph_ptz_controller {
 
-CPatrolRunner::CPatrolRunner(Target target) : m_target(std::move(target))
+CPatrolRunner::CPatrolRunner(Target target, QObject *owner)
+    : m_target(std::move(target)), m_dwell_timer(new QTimer(owner))
 {
-    m_dwell_timer.setSingleShot(true);
-    QObject::connect(&m_dwell_timer, &QTimer::timeout, &m_dwell_timer, [this] {
+    m_dwell_timer->setSingleShot(true);
+    QObject::connect(m_dwell_timer, &QTimer::timeout, m_dwell_timer, [this] {
         if (IsRunning())
             Visit(m_point + 1);
     });
+}
+
+CPatrolRunner::~CPatrolRunner()
+{
+    // The owner deletes the timer after its members; it must not call back into a runner that is gone.
+    m_dwell_timer->disconnect();
+    m_dwell_timer->stop();
 }
 
 void CPatrolRunner::Start(int cruise_index, const std::vector<ptz_plugin_protocol::CruisePoint> &points)
@@ -16,7 +24,7 @@ void CPatrolRunner::Start(int cruise_index, const std::vector<ptz_plugin_protoco
     m_points = points;
     m_patrol = m_points.empty() ? 0 : cruise_index;
     m_point = -1;
-    m_dwell_timer.stop();
+    m_dwell_timer->stop();
     if (IsRunning())
         Visit(0);
 }
@@ -27,7 +35,7 @@ int CPatrolRunner::Stop()
     m_patrol = 0;
     m_point = -1;
     m_points.clear();
-    m_dwell_timer.stop();
+    m_dwell_timer->stop();
     return stopped;
 }
 
@@ -39,7 +47,7 @@ void CPatrolRunner::Visit(int index)
         m_target(point);
     // The target may have stopped the patrol.
     if (IsRunning())
-        m_dwell_timer.start(point.dwell_time * 1000);
+        m_dwell_timer->start(point.dwell_time * 1000);
 }
 
 } // namespace zeph_ptz_controller

@@ -17,7 +17,9 @@ class CPatrolRunner
 public:
     using Target = std::function<void(const ptz_plugin_protocol::CruisePoint &point)>;
 
-    explicit CPatrolRunner(Target target);
+    // The dwell timer is a child of owner, so the owner's object tree shows it.
+    CPatrolRunner(Target target, QObject *owner);
+    ~CPatrolRunner();
 
     // Replaces a running patrol without a stop; visits the first point at once.
     void Start(int cruise_index, const std::vector<ptz_plugin_protocol::CruisePoint> &points);
@@ -36,7 +38,7 @@ private:
     int m_patrol = 0;
     int m_point = -1;
     std::vector<ptz_plugin_protocol::CruisePoint> m_points;
-    QTimer m_dwell_timer;
+    QTimer *m_dwell_timer = nullptr;
 };
 
 } // namespace zeph_ptz_controller

@@ -35,7 +35,7 @@ QRectF AreaOf(const site_store::VirtualPresetRecord &preset)
 
 CVirtualPtzControllor::CVirtualPtzControllor(QObject *parent)
     : QObject(parent)
-    , m_runner(new CPatrolRunner([this](const CruisePoint &point) { ShowPoint(point); }))
+    , m_runner(new CPatrolRunner([this](const CruisePoint &point) { ShowPoint(point); }, this))
 {
     registerMetaTypes();
 }

@@ -66,9 +66,9 @@ private slots:
 
 private:
     template <typename T>
-    T *child(CPreviewPTZWnd *panel, const char *name) const
+    T *child(QWidget *parent, const char *name) const
     {
-        return panel->findChild<T *>(QString::fromLatin1(name));
+        return parent->findChild<T *>(QString::fromLatin1(name));
     }
     CCruiseTableView *list(CPreviewPTZWnd *panel = nullptr) const
     {
@@ -79,7 +79,8 @@ private:
         return qobject_cast<CCruiseTableModel *>(list(panel)->model());
     }
     CCruiseTableEditView *editor() const { return child<CCruiseTableEditView>(m_panel, "m_pTreeViewPatrolEdit"); }
-    QPushButton *button(const char *name) const { return child<QPushButton>(m_panel, name); }
+    // The lock strip reuses some button names: look in the patrol page.
+    QPushButton *button(const char *name) const { return child<QPushButton>(patrolPage(), name); }
     QWidget *editPage() const { return child<QWidget>(m_panel, "pPatrolModifyFrame"); }
     QWidget *patrolPage() const { return child<QWidget>(m_panel, "m_pTabCruise"); }
     ptz_devices::CSimulatedCamera *dome() const { return m_env.camera(kDome); }

@@ -225,6 +225,7 @@ void TestUniversalPTZControllerAccess::prepareCamera(CUniversalPTZController &co
     actAs(kHolder);
     PresetControlRequest second = PresetRequest("SetPreset");
     second.preset_index = 2;
+    second.preset_name = "Yard"; // names are unique per camera
     Answers answers(&controller);
     controller.Preset(second);
     QTRY_COMPARE(answers.count(), 1);
