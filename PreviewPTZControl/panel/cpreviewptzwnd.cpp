@@ -372,8 +372,11 @@ void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &c
         if (!lockStatusTimer->isActive())
             lockStatusTimer->start(3000);
         lockedByCamera[camera_index_code_] = false;
-        if (config->IsSupportPTZLock())
+        if (config->IsSupportPTZLock()) {
+            // The strip shows the operator's own level beside the lock button.
+            SetUserPTZPerm();
             OnCheckPTZLockStatus();
+        }
     }
 
     ui_left_->ptr_cloud_->SetSectionChecked(CPTZCloud::Center,
