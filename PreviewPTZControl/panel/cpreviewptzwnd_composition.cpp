@@ -7,6 +7,7 @@
 #include "ui_cptzpanelright.h"
 
 #include "patrol/ccruisetablemodel.h"
+#include "preset/cpresettablemodel.h"
 #include "patrol/ccruisetableview.h"
 #include "preset/cpresettableview.h"
 
@@ -148,6 +149,8 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
     }
     // The lists choose their own icons and row colours; the patrol and pattern lists follow once they exist.
     ui_right_->m_pTreeViewPreset->SetWhiteTheme(white);
+    if (ptr_preset_model_)
+        ptr_preset_model_->SetWhiteTheme(white);
     ui_right_->m_pTreeViewPatten->SetWhiteTheme(white);
     ui_left_->pLockFrame->SwitchTheme(white);
     ui_right_->m_pTreeViewPatrol->SetWhiteTheme(white);

@@ -35,6 +35,12 @@ void CPresetModelIcon::SetPresetIcons()
     delete_pixmap_ = Render(dir + QStringLiteral("common_delete_nor.svg"), device_pixel_ratio_);
 }
 
+QList<QPixmap> CPresetModelIcon::AllPixmaps() const
+{
+    return {not_set_pixmap_, device_pixmap_, virtual_pixmap_, fisheye_pixmap_,
+            start_pixmap_,   edit_pixmap_,   delete_pixmap_};
+}
+
 QPixmap CPresetModelIcon::GetPresetTypePixmap(int preset_type) const
 {
     switch (preset_type) {

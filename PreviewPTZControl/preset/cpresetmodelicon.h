@@ -25,6 +25,9 @@ public:
     // Stands in for the edit and delete pixmaps where those actions are not offered.
     QPixmap GetEmptyPixmap() const { return QPixmap(); }
 
+    // Every pixmap above, in one fixed order, so a theme change can swap each for its counterpart.
+    QList<QPixmap> AllPixmaps() const;
+
     double GetDevicePixelRatio() const { return device_pixel_ratio_; }
     bool IsWhiteTheme() const { return white_theme_ != 0; }
 

@@ -3,6 +3,8 @@
 #include "quillon/citemdatarole.h"
 #include "quillon/cstandarditem.h"
 
+#include <iterator>
+
 namespace PreviewPTZControl {
 
 using Quillon::CStandardItem;
@@ -25,6 +27,31 @@ CPresetTableModel::CPresetTableModel(double device_pixel_ratio, QObject *parent,
 }
 
 CPresetTableModel::~CPresetTableModel() = default;
+
+void CPresetTableModel::SetWhiteTheme(bool white)
+{
+    if (icons_.IsWhiteTheme() == white)
+        return;
+    const QList<QPixmap> before = icons_.AllPixmaps();
+    icons_ = CPresetModelIcon(icons_.GetDevicePixelRatio(), this, white);
+    const QList<QPixmap> after = icons_.AllPixmaps();
+    static const int roles[] = {Quillon::ItemLeadingPixmapRole, Quillon::ItemFirstRightPixmapRole,
+                                Quillon::ItemSecondRightPixmapRole, Quillon::ItemThirdRightPixmapRole};
+    for (int row = 0; row < rowCount(); ++row) {
+        for (int column = 0; column < columnCount(); ++column) {
+            CStandardItem *item = GetItem(row, column);
+            for (int role = 0; item && role < int(std::size(roles)); ++role) {
+                const QPixmap shown = item->data(roles[role]).value<QPixmap>();
+                for (int i = 0; !shown.isNull() && i < before.size(); ++i) {
+                    if (shown.cacheKey() == before.at(i).cacheKey()) {
+                        item->setData(after.at(i), roles[role]);
+                        break;
+                    }
+                }
+            }
+        }
+    }
+}
 
 void CPresetTableModel::SetPresetType(int preset_type)
 {

@@ -47,6 +47,8 @@ public:
     // Row whose column 0 holds the preset number, or -1.
     int FindPresetRow(int preset_index) const;
 
+    // Re-renders the icons for the theme and puts them into the rows already shown.
+    void SetWhiteTheme(bool white);
     const CPresetModelIcon &GetIcons() const { return icons_; }
 
 private:

@@ -3,6 +3,7 @@
 
 #include "panel/cpreviewptzwnd.h"
 #include "preset/cpresettablemodel.h"
+#include "quillon/citemdatarole.h"
 #include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "ptz_devices/csimclock.h"
@@ -133,9 +134,13 @@ void TestWorkbenchLayout::presetRowIconsStandOut()
     auto *model = window.Panel(0)->findChild<PreviewPTZControl::CPresetTableModel *>();
     QVERIFY(model);
     const PreviewPTZControl::CPresetModelIcon &icons = model->GetIcons();
-    // The panel builds its preset list (and its icons) before the host switches it to white.
-    if (white)
-        QEXPECT_FAIL("", "preset icons are taken before the panel turns white", Abort);
+    // The list is built before the host switches the panel to white: the rows must follow.
+    QCOMPARE(icons.IsWhiteTheme(), white);
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const QModelIndex action = model->index(row, PreviewPTZControl::CPresetTableModel::kColumnAction);
+        QCOMPARE(action.data(Quillon::ItemFirstRightPixmapRole).value<QPixmap>().cacheKey(),
+                 icons.GetStartPixmap().cacheKey());
+    }
     for (const QPixmap &icon : {icons.GetStartPixmap(), icons.GetEditPixmap(), icons.GetDeletePixmap()})
         QVERIFY2(Contrast(InkOf(icon, background), background) >= 3.0,
                  qPrintable(QString::number(Contrast(InkOf(icon, background), background))));
