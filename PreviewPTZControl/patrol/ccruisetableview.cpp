@@ -1,5 +1,7 @@
 #include "patrol/ccruisetableview.h"
 
+#include "boundary/rowlistview_p.h"
+
 #include "patrol/ccruisetablemodel.h"
 #include "patrol/ccruisetableviewdelegate.h"
 #include "preset/cpresettableview.h"
@@ -14,25 +16,11 @@
 
 namespace PreviewPTZControl {
 
-namespace {
-void RenameScrollBar(QWidget *bar)
-{
-    if (!bar)
-        return;
-    bar->setObjectName(QStringLiteral("ptr_ptz_black_scrollbar_"));
-    bar->style()->unpolish(bar);
-    bar->style()->polish(bar);
-}
-} // namespace
-
 CCruiseTableView::CCruiseTableView(QWidget *parent)
     : Quillon::CTableView(parent)
 {
-    header()->hide();
-    header()->setSectionResizeMode(QHeaderView::Fixed);
-    setSelectionMode(QAbstractItemView::SingleSelection);
+    RowListView::SetUp(this);
     setItemDelegate(new CCruiseTableViewDelegate(this));
-    setAlternatingRowColors(false);
     connect(this, &Quillon::CTableView::signalClickedPixmap, this, &CCruiseTableView::OnTableViewClicked);
 }
 
@@ -46,10 +34,7 @@ void CCruiseTableView::SetWhiteTheme(bool white)
         return;
     }
     setAlternatingRowColors(false);
-    if (Quillon::CScrollBarDelegate *bars = GetScrollBarDelegate()) {
-        RenameScrollBar(bars->GetVerticalScrollBar());
-        RenameScrollBar(bars->GetHorizontalScrollBar());
-    }
+    RowListView::UseDarkScrollBars(this);
 }
 
 void CCruiseTableView::SetDevicePixelRatioOverride(double ratio)

@@ -1,5 +1,7 @@
 #include "pattern/cpatterntableview.h"
 
+#include "boundary/rowlistview_p.h"
+
 #include "pattern/cpatterntablemodel.h"
 #include "pattern/cpatterntableviewdelegate.h"
 #include "preset/cpresettableview.h"
@@ -12,25 +14,11 @@
 
 namespace PreviewPTZControl {
 
-namespace {
-void RenameScrollBar(QWidget *bar)
-{
-    if (!bar)
-        return;
-    bar->setObjectName(QStringLiteral("ptr_ptz_black_scrollbar_"));
-    bar->style()->unpolish(bar);
-    bar->style()->polish(bar);
-}
-} // namespace
-
 CPatternTableView::CPatternTableView(QWidget *parent)
     : Quillon::CTableView(parent)
 {
-    header()->hide();
-    header()->setSectionResizeMode(QHeaderView::Fixed);
+    RowListView::SetUp(this);
     header()->setMinimumSectionSize(24);
-    setSelectionMode(QAbstractItemView::SingleSelection);
-    setAlternatingRowColors(false);
     setItemDelegate(new CPatternTableViewDelegate(this));
     connect(this, &Quillon::CTableView::signalClickedPixmap, this, &CPatternTableView::OnTableViewClicked);
 }
@@ -57,10 +45,7 @@ void CPatternTableView::SetWhiteTheme(bool white)
         return;
     }
     setAlternatingRowColors(false);
-    if (Quillon::CScrollBarDelegate *bars = GetScrollBarDelegate()) {
-        RenameScrollBar(bars->GetVerticalScrollBar());
-        RenameScrollBar(bars->GetHorizontalScrollBar());
-    }
+    RowListView::UseDarkScrollBars(this);
 }
 
 void CPatternTableView::OnTableViewClicked(const QModelIndex &index, Quillon::CItemDataRole enumType)

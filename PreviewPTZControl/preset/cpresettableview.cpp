@@ -1,5 +1,7 @@
 #include "preset/cpresettableview.h"
 
+#include "boundary/rowlistview_p.h"
+
 #include "preset/cpresettableviewdelegate.h"
 
 #include "quillon/cguitoolkit.h"
@@ -15,24 +17,13 @@ namespace PreviewPTZControl {
 namespace {
 constexpr int kTypeColumnWidth = 26;
 
-void RenameScrollBar(QWidget *bar)
-{
-    if (!bar)
-        return;
-    bar->setObjectName(QStringLiteral("ptr_ptz_black_scrollbar_"));
-    bar->style()->unpolish(bar);
-    bar->style()->polish(bar);
-}
 } // namespace
 
 CPresetTableView::CPresetTableView(QWidget *parent)
     : Quillon::CTableView(parent)
 {
-    header()->hide();
-    header()->setSectionResizeMode(QHeaderView::Fixed);
+    RowListView::SetUp(this);
     header()->setMinimumSectionSize(24);
-    setSelectionMode(QAbstractItemView::SingleSelection);
-    setAlternatingRowColors(false);
     setItemDelegate(new CPresetTableViewDelegate(this));
     connect(this, &Quillon::CTableView::signalClickedPixmap, this, &CPresetTableView::OnTableViewClicked);
 }
@@ -82,10 +73,7 @@ void CPresetTableView::SetWhiteTheme(bool white)
         return;
     }
     setAlternatingRowColors(false);
-    if (Quillon::CScrollBarDelegate *bars = GetScrollBarDelegate()) {
-        RenameScrollBar(bars->GetVerticalScrollBar());
-        RenameScrollBar(bars->GetHorizontalScrollBar());
-    }
+    RowListView::UseDarkScrollBars(this);
 }
 
 void CPresetTableView::OnTableViewClicked(const QModelIndex &index, Quillon::CItemDataRole enumTypeRole)
