@@ -272,6 +272,7 @@ private:
     // Composition and theme (cpreviewptzwnd_composition.cpp).
     void AssemblyLayout();
     void DoLayoutSwitch(bool vertical);
+    void ArrangeLensRows(bool oneRow);
     void ModifyTabWidth(bool b_third_tab_visible);
     void RenameAndPolish(QWidget *widget, const QString &name);
     QString ThemedName(const QString &dark_name) const;

@@ -82,9 +82,36 @@ void CPreviewPTZWnd::DoLayoutSwitch(bool vertical)
         layout->setContentsMargins(0, 0, 0, 0);
         ptr_ptz_panel_left_->setFixedWidth(230);
         layout->addWidget(ptr_ptz_panel_left_);
-        layout->addWidget(ptr_ptz_panel_right_);
+        // The right half's height is fixed below the panel's: keep it under the top edge rather than
+        // floating in the middle with an empty band above the function buttons.
+        layout->addWidget(ptr_ptz_panel_right_, 0, Qt::AlignTop);
     }
+    ArrangeLensRows(vertical);
     ptr_ptz_panel_left_->show();
+}
+
+// Stacked, the right half gets the panel height less 326 pixels: the left half has to fit in those
+// 326, so the zoom, iris and focus groups share one row there instead of one row each.
+void CPreviewPTZWnd::ArrangeLensRows(bool oneRow)
+{
+    QVBoxLayout *column = ui_left_->vl_frame_6;
+    QWidget *groups[] = {ui_left_->pZoom, ui_left_->pIRISWnd, ui_left_->pFocusWnd};
+    // Deleting the shared row only drops its items; the groups stay children of their frame.
+    for (int i = column->count() - 1; i >= 0; --i)
+        if (column->itemAt(i)->layout())
+            delete column->takeAt(i);
+    for (QWidget *group : groups)
+        column->removeWidget(group);
+    if (oneRow) {
+        auto *row = new QHBoxLayout;
+        row->setSpacing(column->spacing());
+        for (QWidget *group : groups)
+            row->addWidget(group);
+        column->addLayout(row);
+    } else {
+        for (QWidget *group : groups)
+            column->addWidget(group);
+    }
 }
 
 void CPreviewPTZWnd::SetBottomHalfVisible(bool visible)
