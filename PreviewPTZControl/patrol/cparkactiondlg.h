@@ -3,6 +3,7 @@
 #include "previewptzcontrol_export.h"
 
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 
 #include <QWidget>
 
@@ -26,8 +27,8 @@ class PREVIEWPTZCONTROL_EXPORT CParkActionDlg : public QWidget
     Q_OBJECT
 
 public:
-    static constexpr int kMinWaitSeconds = 5;
-    static constexpr int kMaxWaitSeconds = 720;
+    static constexpr int kMinWaitSeconds = ptz_plugin_protocol::kMinParkWaitSeconds;
+    static constexpr int kMaxWaitSeconds = ptz_plugin_protocol::kMaxParkWaitSeconds;
     // Action types of the stored setting.
     static constexpr int kActionPreset = 5;
     static constexpr int kActionPatrol = 3;

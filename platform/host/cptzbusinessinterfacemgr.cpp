@@ -2,6 +2,7 @@
 
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/ccurrentuser.h"
+#include "zeph_plugin_manager/devicepatrolpoints.h"
 
 #include "ptz_plugin_protocol/cruisepath.h"
 #include "ptz_plugin_protocol/presetname.h"
@@ -279,8 +280,11 @@ bool CPTZBusinessInterfaceMgr::SetPTZParkAction(const pp::SetParkActionRequest &
 {
     const QString camera = q(request.camera_index_code);
     REQUIRE_CAMERA(camera, nullptr)
-    if (request.wait_time < 5 || request.wait_time > 720)
-        return Fail(tr("The park waiting time is 5 to 720 seconds, not %1.").arg(request.wait_time));
+    if (request.wait_time < pp::kMinParkWaitSeconds || request.wait_time > pp::kMaxParkWaitSeconds)
+        return Fail(tr("The park waiting time is %1 to %2 seconds, not %3.")
+                        .arg(pp::kMinParkWaitSeconds)
+                        .arg(pp::kMaxParkWaitSeconds)
+                        .arg(request.wait_time));
     if (request.action_type != 3 && request.action_type != 5)
         return Fail(tr("Unknown park action type %1.").arg(request.action_type));
     if (request.action_type == 3 && (request.target_id < kMinPatrol || request.target_id > kMaxPatrol))
@@ -499,14 +503,8 @@ bool CPTZBusinessInterfaceMgr::GetCruises(const pp::GetCruisesRequest &request, 
             info.cruise_index = p.number;
             info.cruise_name = p.name.isEmpty() ? "cruise" + std::to_string(p.number) : s(p.name);
             info.cruise_type = pp::CRUISE_TYPE_DEVICE;
-            for (const auto &point : p.points) {
-                pp::CruisePoint cp;
-                cp.preset_index = uint32_t(std::max(0, point.preset));
-                cp.speed = point.speed;
-                cp.dwell_time = point.dwellSeconds;
-                cp.preset_name = s(point.presetName);
-                info.points.push_back(cp);
-            }
+            for (const auto &point : p.points)
+                info.points.push_back(ToCruisePoint(point));
             response.cruises.push_back(info);
         }
     }

@@ -3,12 +3,15 @@
 
 #include "csitestore_p.h"
 #include "csitetransaction.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 namespace site_store {
+
+using namespace ptz_plugin_protocol;
 
 namespace {
 
@@ -101,8 +104,8 @@ bool CSiteStore::upsertVirtualPreset(const VirtualPresetRecord &p)
         d->lastError = tr("A preset needs a camera.");
         return false;
     }
-    if (p.number < 1 || p.number > 256) {
-        d->lastError = tr("Preset number %1 is outside 1 to 256.").arg(p.number);
+    if (p.number < kMinPresetIndex || p.number > kMaxPresetIndex) {
+        d->lastError = tr("Preset number %1 is outside %2 to %3.").arg(p.number).arg(kMinPresetIndex).arg(kMaxPresetIndex);
         return false;
     }
     CSiteTransaction t(this, *d);
@@ -154,12 +157,12 @@ bool CSiteStore::upsertPatrol(const PatrolRecord &p)
         d->lastError = tr("A patrol needs a camera.");
         return false;
     }
-    if (p.number < 1 || p.number > 8) {
-        d->lastError = tr("Patrol number %1 is outside 1 to 8.").arg(p.number);
+    if (p.number < kMinCruiseIndex || p.number > kMaxCruiseIndex) {
+        d->lastError = tr("Patrol number %1 is outside %2 to %3.").arg(p.number).arg(kMinCruiseIndex).arg(kMaxCruiseIndex);
         return false;
     }
-    if (p.points.size() > 32) {
-        d->lastError = tr("A patrol holds at most 32 points, not %1.").arg(p.points.size());
+    if (p.points.size() > kMaxCruisePoints) {
+        d->lastError = tr("A patrol holds at most %1 points, not %2.").arg(kMaxCruisePoints).arg(p.points.size());
         return false;
     }
     CSiteTransaction t(this, *d);

@@ -33,6 +33,10 @@ constexpr int kVirtualMaxDwell = 30;
 constexpr int kDefaultLockSeconds = 300;
 constexpr int kMaxLockSeconds = 3600;
 
+// Idle time before a park action, in seconds.
+constexpr int kMinParkWaitSeconds = 5;
+constexpr int kMaxParkWaitSeconds = 720;
+
 // Characters of a preset name, counted as code points.
 constexpr int kMaxPresetNameLength = 64;
 

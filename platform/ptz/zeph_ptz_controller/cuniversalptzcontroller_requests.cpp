@@ -4,6 +4,7 @@
 
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
+#include "ptz_plugin_protocol/ptzlimits.h"
 #include "ptz_plugin_protocol/resourcedata.h"
 
 #include <QTimer>
@@ -162,8 +163,11 @@ void CUniversalPTZController::SetParkAction(const SetParkActionRequest &request)
         FailLater(pending, unknown ? kErrorUnknownCamera : kErrorNoDevice, error);
         return;
     }
-    if (request.wait_time < 5 || request.wait_time > 720) {
-        FailLater(pending, kErrorInvalidArgument, Tr("The waiting time must lie between 5 and 720 seconds."));
+    if (request.wait_time < ptz_plugin_protocol::kMinParkWaitSeconds
+        || request.wait_time > ptz_plugin_protocol::kMaxParkWaitSeconds) {
+        FailLater(pending, kErrorInvalidArgument, Tr("The waiting time must lie between %1 and %2 seconds.")
+                                                      .arg(ptz_plugin_protocol::kMinParkWaitSeconds)
+                                                      .arg(ptz_plugin_protocol::kMaxParkWaitSeconds));
         return;
     }
     ptz_devices::ParkAction action;

@@ -90,26 +90,6 @@ PresetInfo ToPresetInfo(const ptz_devices::DevicePreset &preset)
     return info;
 }
 
-CruisePoint ToCruisePoint(const ptz_devices::DevicePatrolPoint &point)
-{
-    CruisePoint p;
-    p.preset_index = uint32_t(qMax(0, point.preset));
-    p.speed = point.speed;
-    p.dwell_time = point.dwellSeconds;
-    p.preset_name = point.presetName.toStdString();
-    return p;
-}
-
-ptz_devices::DevicePatrolPoint ToDevicePoint(const CruisePoint &point)
-{
-    ptz_devices::DevicePatrolPoint p;
-    p.preset = int(point.preset_index);
-    p.speed = point.speed;
-    p.dwellSeconds = point.dwell_time;
-    p.presetName = QString::fromStdString(point.preset_name);
-    return p;
-}
-
 CruisePathLimits CruiseLimitsFor(int cruise_type, ptz_devices::IPtzDriver *driver)
 {
     CruisePathLimits limits = DefaultCruisePathLimits(cruise_type);

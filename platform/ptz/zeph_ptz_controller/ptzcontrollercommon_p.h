@@ -5,6 +5,7 @@
 #include "ptz_plugin_protocol/ptzlimits.h"
 
 #include "tarn/base/singleton.h"
+#include "zeph_plugin_manager/devicepatrolpoints.h"
 
 #include <QHash>
 #include <QObject>
@@ -58,8 +59,8 @@ bool DeviceHasPreset(const QString &camera_index_code, int preset_index);
 QString CameraName(const QString &camera_index_code);
 
 ptz_plugin_protocol::PresetInfo ToPresetInfo(const ptz_devices::DevicePreset &preset);
-ptz_plugin_protocol::CruisePoint ToCruisePoint(const ptz_devices::DevicePatrolPoint &point);
-ptz_devices::DevicePatrolPoint ToDevicePoint(const ptz_plugin_protocol::CruisePoint &point);
+using ZephPluginManager::ToCruisePoint;
+using ZephPluginManager::ToDevicePoint;
 
 // Patrol limits of a kind, narrowed to what the camera's driver reports for device patrols.
 ptz_plugin_protocol::CruisePathLimits CruiseLimitsFor(int cruise_type, ptz_devices::IPtzDriver *driver);
