@@ -178,6 +178,10 @@ private:
     qint64 timeToNextEvent() const;
     void stepPhysics(qint64 ms);
     void handleDueEvents();
+    bool arriveAtTarget();
+    bool dwellElapsed();
+    bool playPatternStep();
+    bool fireIdleAction();
 
     void applyPanTilt(int panDir, int tiltDir, int speed);
     void applyZoom(int dir, int speed);

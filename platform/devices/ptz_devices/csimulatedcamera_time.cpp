@@ -89,93 +89,107 @@ void CSimulatedCamera::stepPhysics(qint64 ms)
 
 void CSimulatedCamera::handleDueEvents()
 {
-    // Bounded: every branch either consumes an event or schedules one in the future.
+    // Bounded: every step either consumes an event or schedules one in the future.
     for (int guard = 0; guard < 64; ++guard) {
-        bool handled = false;
-
-        if (m_targetingPanTilt && qFuzzyCompare(1.0 + panDelta(m_pan, m_targetPan), 1.0)
-            && qFuzzyCompare(1.0 + m_tilt, 1.0 + m_targetTilt)) {
-            m_pan = m_targetPan;
-            m_tilt = m_targetTilt;
-            m_targetingPanTilt = false;
-            handled = !m_targetingZoom;
-        }
-        if (m_targetingZoom && qFuzzyCompare(m_zoom, m_targetZoom)) {
-            m_zoom = m_targetZoom;
-            m_targetingZoom = false;
-            handled = !m_targetingPanTilt;
-        }
-        if (handled) {
-            if (m_patrol && !m_patrolDwelling)
-                patrolArrived();
-            else if (m_playing && m_playStart < 0) {
-                m_playStart = m_simNow;
-                m_playNext = 0;
-            }
-            continue;
-        }
-
-        if (m_patrol && m_patrolDwelling && m_simNow >= m_dwellEnd) {
-            const DevicePatrol patrol = m_patrols.value(m_patrol);
-            startPatrolNow(m_patrol, patrol.points.isEmpty() ? 0 : (m_patrolPoint + 1) % patrol.points.size());
-            continue;
-        }
-
-        const auto playing = m_playing ? m_patterns.constFind(m_playing) : m_patterns.constEnd();
-        if (playing != m_patterns.constEnd() && m_playStart >= 0) {
-            const Pattern &pattern = *playing;
-            if (m_playNext < pattern.events.size()
-                && m_simNow >= m_playStart + pattern.events.at(m_playNext).offset) {
-                const PatternEvent ev = pattern.events.at(m_playNext++);
-                if (ev.kind == PatternPanTilt)
-                    applyPanTilt(ev.a, ev.b, ev.c);
-                else if (ev.kind == PatternZoom)
-                    applyZoom(ev.a, ev.b);
-                continue;
-            }
-            if (m_playNext >= pattern.events.size() && m_simNow >= m_playStart + pattern.duration) {
-                restartPatternCycle();
-                continue;
-            }
-        }
-
-        const bool idle = !activityRunning() && !m_panDir && !m_tiltDir && !m_zoomDir;
-        const qint64 recoveryAt = m_lastControl + qint64(m_recovery.waitingSeconds) * 1000;
-        const qint64 parkAt = m_lastControl + qint64(m_park.waitingSeconds) * 1000;
-        if (idle && m_recovery.enabled && m_interruptedPatrol && m_simNow >= recoveryAt
-            && (!m_park.enabled || m_parkDone || recoveryAt <= parkAt)) {
-            const int number = m_interruptedPatrol;
-            m_interruptedPatrol = 0;
-            if (m_patrols.contains(number)) {
-                ZEPH_LOG_INFO("camera %s: patrol %d resumes", qUtf8Printable(m_cameraId), number);
-                startPatrolNow(number, m_interruptedPatrolPoint);
-                if (m_patrol)
-                    emit activityResumed(DeviceActivity::Patrol, number);
-            }
-            continue;
-        }
-        if (idle && m_park.enabled && !m_parkDone && m_simNow >= parkAt) {
-            m_parkDone = true;
-            ++m_parkActions;
-            m_interruptedPatrol = 0;
-            ZEPH_LOG_INFO("camera %s: park action %d fires", qUtf8Printable(m_cameraId), int(m_park.type));
-            if (m_park.type == ParkActionType::Preset) {
-                if (m_park.target == 0) {
-                    beginTarget(m_parkPan, m_parkTilt, m_parkZoom, kPresetSpeed);
-                } else {
-                    const auto preset = m_presets.constFind(m_park.target);
-                    if (preset != m_presets.constEnd())
-                        beginTarget(preset->pan, preset->tilt, preset->zoom, kPresetSpeed);
-                }
-            } else if (m_park.type == ParkActionType::Patrol && m_patrols.contains(m_park.target)) {
-                startPatrolNow(m_park.target, 0);
-                if (m_patrol)
-                    emit activityResumed(DeviceActivity::Patrol, m_park.target);
-            }
-            continue;
-        }
-        break;
+        if (!(arriveAtTarget() || dwellElapsed() || playPatternStep() || fireIdleAction()))
+            break;
     }
+}
+
+bool CSimulatedCamera::arriveAtTarget()
+{
+    bool arrived = false;
+    if (m_targetingPanTilt && qFuzzyCompare(1.0 + panDelta(m_pan, m_targetPan), 1.0)
+        && qFuzzyCompare(1.0 + m_tilt, 1.0 + m_targetTilt)) {
+        m_pan = m_targetPan;
+        m_tilt = m_targetTilt;
+        m_targetingPanTilt = false;
+        arrived = !m_targetingZoom;
+    }
+    if (m_targetingZoom && qFuzzyCompare(m_zoom, m_targetZoom)) {
+        m_zoom = m_targetZoom;
+        m_targetingZoom = false;
+        arrived = !m_targetingPanTilt;
+    }
+    if (!arrived)
+        return false;
+    if (m_patrol && !m_patrolDwelling)
+        patrolArrived();
+    else if (m_playing && m_playStart < 0) {
+        m_playStart = m_simNow;
+        m_playNext = 0;
+    }
+    return true;
+}
+
+bool CSimulatedCamera::dwellElapsed()
+{
+    if (!m_patrol || !m_patrolDwelling || m_simNow < m_dwellEnd)
+        return false;
+    const DevicePatrol patrol = m_patrols.value(m_patrol);
+    startPatrolNow(m_patrol, patrol.points.isEmpty() ? 0 : (m_patrolPoint + 1) % patrol.points.size());
+    return true;
+}
+
+bool CSimulatedCamera::playPatternStep()
+{
+    const auto playing = m_playing ? m_patterns.constFind(m_playing) : m_patterns.constEnd();
+    if (playing == m_patterns.constEnd() || m_playStart < 0)
+        return false;
+    const Pattern &pattern = *playing;
+    if (m_playNext < pattern.events.size() && m_simNow >= m_playStart + pattern.events.at(m_playNext).offset) {
+        const PatternEvent ev = pattern.events.at(m_playNext++);
+        if (ev.kind == PatternPanTilt)
+            applyPanTilt(ev.a, ev.b, ev.c);
+        else if (ev.kind == PatternZoom)
+            applyZoom(ev.a, ev.b);
+        return true;
+    }
+    if (m_playNext >= pattern.events.size() && m_simNow >= m_playStart + pattern.duration) {
+        restartPatternCycle();
+        return true;
+    }
+    return false;
+}
+
+// Patrol recovery and park action, once the camera has stood idle long enough.
+bool CSimulatedCamera::fireIdleAction()
+{
+    const bool idle = !activityRunning() && !m_panDir && !m_tiltDir && !m_zoomDir;
+    const qint64 recoveryAt = m_lastControl + qint64(m_recovery.waitingSeconds) * 1000;
+    const qint64 parkAt = m_lastControl + qint64(m_park.waitingSeconds) * 1000;
+    if (idle && m_recovery.enabled && m_interruptedPatrol && m_simNow >= recoveryAt
+        && (!m_park.enabled || m_parkDone || recoveryAt <= parkAt)) {
+        const int number = m_interruptedPatrol;
+        m_interruptedPatrol = 0;
+        if (m_patrols.contains(number)) {
+            ZEPH_LOG_INFO("camera %s: patrol %d resumes", qUtf8Printable(m_cameraId), number);
+            startPatrolNow(number, m_interruptedPatrolPoint);
+            if (m_patrol)
+                emit activityResumed(DeviceActivity::Patrol, number);
+        }
+        return true;
+    }
+    if (!idle || !m_park.enabled || m_parkDone || m_simNow < parkAt)
+        return false;
+    m_parkDone = true;
+    ++m_parkActions;
+    m_interruptedPatrol = 0;
+    ZEPH_LOG_INFO("camera %s: park action %d fires", qUtf8Printable(m_cameraId), int(m_park.type));
+    if (m_park.type == ParkActionType::Preset) {
+        if (m_park.target == 0) {
+            beginTarget(m_parkPan, m_parkTilt, m_parkZoom, kPresetSpeed);
+        } else {
+            const auto preset = m_presets.constFind(m_park.target);
+            if (preset != m_presets.constEnd())
+                beginTarget(preset->pan, preset->tilt, preset->zoom, kPresetSpeed);
+        }
+    } else if (m_park.type == ParkActionType::Patrol && m_patrols.contains(m_park.target)) {
+        startPatrolNow(m_park.target, 0);
+        if (m_patrol)
+            emit activityResumed(DeviceActivity::Patrol, m_park.target);
+    }
+    return true;
 }
 
 void CSimulatedCamera::notifyStatus()
