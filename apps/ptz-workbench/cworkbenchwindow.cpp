@@ -14,11 +14,13 @@
 #include "zeph_plugin_manager/ccamera.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/ccurrentuser.h"
+#include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 
 #include "vs_ui_data_controller/cinformationmgr.h"
 #include "ptz_devices/ptzdevicetypes.h"
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
+#include "ptz_plugin_protocol/ptzlimits.h"
 
 #include "tarn/base/logging.h"
 
@@ -281,6 +283,9 @@ CPreviewPTZWnd *CWorkbenchWindow::CreatePanel(unsigned int screen)
 {
     auto *panel = new CPreviewPTZWnd(screen, true, false, m_panels);
     panel->SetPTZController(m_controller, m_views.at(int(screen))->VirtualController());
+    const auto software = std::make_shared<zeph_ptz_controller::CBaseSoftwarePtzControllor>();
+    panel->SetSoftwarePTZController(software);
+    m_software.insert(int(screen), software);
     panel->SwitchPTZWndLayout(m_stacked);
     if (m_white)
         panel->SwitchPTZWndBgColor(true);
@@ -534,7 +539,9 @@ bool CWorkbenchWindow::SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool
         if (command == 0 || m_heldKeys.contains(key) || !View(m_selected) || View(m_selected)->CameraId().isEmpty()
             || !PanelOffers(m_selected, command))
             return command != 0;
-        const HeldKey held{command, View(m_selected)->CameraId(), m_selected, ++m_keyPresses};
+        const bool fishEye = Panel(m_selected)->IsSoftwarePTZ();
+        const HeldKey held{command, View(m_selected)->CameraId(), m_selected, ++m_keyPresses,
+                           fishEye ? m_software.value(m_selected) : nullptr};
         m_heldKeys.insert(key, held);
         SendCommand(held, 0);
         return true;
@@ -560,15 +567,20 @@ bool CWorkbenchWindow::SteerByKey(int key, Qt::KeyboardModifiers modifiers, bool
 
 void CWorkbenchWindow::SendCommand(const HeldKey &held, int action)
 {
+    // The same speed as the pad: the slider of the panel the key started on.
+    const QSlider *slider = Panel(held.screen) ? Panel(held.screen)->findChild<QSlider *>() : nullptr;
+    const int speed = slider ? slider->value() : ptz_plugin_protocol::kDefaultSpeed;
+    if (held.software) {
+        held.software->Control(unsigned(held.command), action == 1, speed);
+        return;
+    }
     ptz_plugin_protocol::PTZControlCommand cmd;
     cmd.camera_index_code = held.camera.toStdString();
     cmd.owner_index_code =
         Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName().toStdString();
     cmd.command = uint32_t(held.command);
     cmd.action = uint32_t(action);
-    // The same speed as the pad: the slider of the panel the key started on.
-    const QSlider *slider = Panel(held.screen) ? Panel(held.screen)->findChild<QSlider *>() : nullptr;
-    cmd.speed = slider ? slider->value() : 20;
+    cmd.speed = speed;
     cmd.extra = 0;
     m_controller->Control(cmd);
 }

@@ -18,6 +18,7 @@ namespace PreviewPTZControl {
 class CPreviewPTZWnd;
 }
 namespace zeph_ptz_controller {
+class CBaseSoftwarePtzControllor;
 class CUniversalPTZController;
 }
 
@@ -86,6 +87,8 @@ private:
         QString camera;
         int screen = 0;
         quint64 order = 0; // press order, to resume the latest key still held
+        // Set when the key started in a fish-eye view: it steers the sub-view, never the device.
+        std::shared_ptr<zeph_ptz_controller::CBaseSoftwarePtzControllor> software;
     };
     void SendCommand(const HeldKey &held, int action);
     // Stops the keys held on a screen, or all of them.
@@ -105,5 +108,7 @@ private:
     QPointer<QTranslator> m_rawKeys;
     QHash<int, QString> m_bindings; // screen -> camera, also of screens hidden by a smaller grid
     QHash<int, HeldKey> m_heldKeys; // key -> what it started
+    // screen -> the software controller its panel steers fish-eye views with; keys use the same one
+    QHash<int, std::shared_ptr<zeph_ptz_controller::CBaseSoftwarePtzControllor>> m_software;
     quint64 m_keyPresses = 0;
 };

@@ -9,6 +9,8 @@
 #include "site_store/csitestore.h"
 #include "site_store/demosite.h"
 #include "zeph_plugin_manager/ccameramanager.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
+#include "ptz_devices/csimulatedcamera.h"
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QTemporaryDir>
@@ -43,6 +45,7 @@ private slots:
     void scriptOpensAndClosesTheViewAndThePanelFollows();
     void padSteersTheSelectedSubView_data();
     void padSteersTheSelectedSubView();
+    void keysSteerTheSubViewNotTheDevice();
     void clickSelectsASubViewAndEndsTheAutoPanMark();
     void anotherPictureClosesTheView();
 
@@ -147,6 +150,29 @@ void TestFishEyeView::padSteersTheSelectedSubView()
     // Only the selected sub-view moves.
     QCOMPARE(SubViewPos(fishEye, 1).pan, other.pan);
     QCOMPARE(SubViewPos(fishEye, 1).tilt, other.tilt);
+}
+
+void TestFishEyeView::keysSteerTheSubViewNotTheDevice()
+{
+    CWorkbenchWindow window;
+    window.resize(1400, 800);
+    CFishEyeView *fishEye = openOnFirstScreen(window);
+    QVERIFY(fishEye);
+    auto *device = qobject_cast<ptz_devices::CSimulatedCamera *>(
+        ZephPluginManager::CDriverTestAccess::GetDriver(kFishEye));
+    QVERIFY(device);
+    device->clearRequestLog();
+    const Pos start = SubViewPos(fishEye, 0);
+    QTest::keyPress(&window, Qt::Key_Right);
+    QTRY_VERIFY(SubViewPos(fishEye, 0).pan != start.pan);
+    QTest::keyRelease(&window, Qt::Key_Right);
+    // While the next key tilts the sub-view, its pan must stand where the release left it.
+    const Pos stopped = SubViewPos(fishEye, 0);
+    QTest::keyPress(&window, Qt::Key_Up);
+    QTRY_VERIFY(SubViewPos(fishEye, 0).tilt != stopped.tilt);
+    QTest::keyRelease(&window, Qt::Key_Up);
+    QCOMPARE(SubViewPos(fishEye, 0).pan, stopped.pan);
+    QVERIFY(device->requestLog().isEmpty());
 }
 
 void TestFishEyeView::clickSelectsASubViewAndEndsTheAutoPanMark()
