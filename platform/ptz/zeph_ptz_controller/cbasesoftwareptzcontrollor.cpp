@@ -66,7 +66,44 @@ IPTZFishEyeController *CBaseSoftwarePtzControllor::GetSoftwareControllor() const
 
 void CBaseSoftwarePtzControllor::SetSoftwareControllor(IPTZFishEyeController *controller)
 {
+    if (m_fisheye)
+        disconnect(m_fisheye, nullptr, this, nullptr);
     m_fisheye = controller;
+    if (m_fisheye)
+        connect(m_fisheye, &IPTZFishEyeController::SignalFishEyeSelectedWndChanged, this,
+                &CBaseSoftwarePtzControllor::FollowSelectedWnd);
+}
+
+// Motion steers the selected sub-view only. Held moves belong to the sub-view left behind; auto-pan
+// and patrol are marks of each sub-view, so what runs follows the marks of the one now selected: the
+// one left behind pauses and carries on when it is selected again.
+void CBaseSoftwarePtzControllor::FollowSelectedWnd()
+{
+    m_pan_dir = m_tilt_dir = m_zoom_dir = 0;
+    if (const int paused = m_runner->Stop(); paused > 0)
+        emit SignalPatrolRunningState(false, paused);
+    int cruise_index = 0;
+    std::vector<CruisePoint> points;
+    if (m_fisheye && m_fisheye->IsSelectedWndPatrolling(cruise_index)
+        && GetPatrolPathByIndex(cruise_index, points) && !points.empty()) {
+        m_last_patrol = cruise_index;
+        emit SignalPatrolRunningState(true, cruise_index);
+        m_runner->Start(cruise_index, points);
+    }
+    SetAutoPanRunning(m_fisheye && m_fisheye->IsSelectedWndAutoPanning());
+    UpdateMotionTimer();
+}
+
+void CBaseSoftwarePtzControllor::SetAutoPanRunning(bool running)
+{
+    if (running == m_auto_pan)
+        return;
+    m_auto_pan = running;
+    if (running && m_auto_pan_speed <= 0)
+        m_auto_pan_speed = ptz_plugin_protocol::kDefaultSpeed;
+    if (!m_camera.isEmpty())
+        CPTZStateStorageManager::Instance()->SetAutoScan(m_camera, running, true);
+    emit SignalAutoPanRunningState(running);
 }
 
 void CBaseSoftwarePtzControllor::SetSemisphereFishEyePTZPos(double pan, double tilt, double zoom)
@@ -110,15 +147,10 @@ bool CBaseSoftwarePtzControllor::Control(unsigned int command, bool stop, int sp
             StopAutoPan();
         } else {
             StopPtzPatrol();
-            const bool was_running = m_auto_pan;
-            m_auto_pan = true;
             m_auto_pan_speed = speed;
             if (m_fisheye)
                 m_fisheye->SetSelectedWndAutoPanning(true);
-            if (!m_camera.isEmpty())
-                CPTZStateStorageManager::Instance()->SetAutoScan(m_camera, true, true);
-            if (!was_running)
-                emit SignalAutoPanRunningState(true);
+            SetAutoPanRunning(true);
         }
         UpdateMotionTimer();
         return true;
@@ -162,13 +194,10 @@ void CBaseSoftwarePtzControllor::StopAutoPan()
 {
     if (!m_auto_pan)
         return;
-    m_auto_pan = false;
     if (m_fisheye)
         m_fisheye->SetSelectedWndAutoPanning(false);
-    if (!m_camera.isEmpty())
-        CPTZStateStorageManager::Instance()->SetAutoScan(m_camera, false, true);
+    SetAutoPanRunning(false);
     UpdateMotionTimer();
-    emit SignalAutoPanRunningState(false);
 }
 
 void CBaseSoftwarePtzControllor::UpdateMotionTimer()

@@ -84,6 +84,8 @@ private:
     void OnMotionTick();
     void VisitPoint(const ptz_plugin_protocol::CruisePoint &point);
     void StopAutoPan();
+    void FollowSelectedWnd();
+    void SetAutoPanRunning(bool running);
     void UpdateMotionTimer();
 
     QString m_camera;

@@ -11,6 +11,7 @@
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "ptz_devices/csimulatedcamera.h"
+#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QTemporaryDir>
@@ -46,6 +47,7 @@ private slots:
     void padSteersTheSelectedSubView_data();
     void padSteersTheSelectedSubView();
     void keysSteerTheSubViewNotTheDevice();
+    void autoPanStaysWithItsSubView();
     void clickSelectsASubViewAndEndsTheAutoPanMark();
     void anotherPictureClosesTheView();
 
@@ -173,6 +175,30 @@ void TestFishEyeView::keysSteerTheSubViewNotTheDevice()
     QTest::keyRelease(&window, Qt::Key_Up);
     QCOMPARE(SubViewPos(fishEye, 0).pan, stopped.pan);
     QVERIFY(device->requestLog().isEmpty());
+}
+
+void TestFishEyeView::autoPanStaysWithItsSubView()
+{
+    CWorkbenchWindow window;
+    window.resize(1400, 800);
+    CFishEyeView *fishEye = openOnFirstScreen(window);
+    QVERIFY(fishEye);
+    auto *cloud = window.Panel(0)->findChild<CPTZCloud *>(QStringLiteral("ptr_cloud_"));
+    const Pos start = SubViewPos(fishEye, 0);
+    emit cloud->signalPressSection(nullptr, CPTZCloud::Center); // the pad's auto-pan toggle turned on
+    QTRY_VERIFY(SubViewPos(fishEye, 0).pan != start.pan);
+    auto *state = zeph_ptz_controller::CPTZStateStorageManager::Instance();
+    QVERIFY(state->IsAutoScan(kFishEye, true));
+
+    // Selected from the host (no press on the picture): sub-view 3 does not take over the auto-pan,
+    // and sub-view 1 carries on with it once selected again.
+    fishEye->Controller()->SetSelectedWnd(2);
+    QVERIFY(!state->IsAutoScan(kFishEye, true));
+    QCOMPARE(cloud->sectionStatus(CPTZCloud::Center), 0);
+    fishEye->Controller()->SetSelectedWnd(0);
+    QVERIFY(state->IsAutoScan(kFishEye, true));
+    const Pos resumed = SubViewPos(fishEye, 0);
+    QTRY_VERIFY(SubViewPos(fishEye, 0).pan != resumed.pan);
 }
 
 void TestFishEyeView::clickSelectsASubViewAndEndsTheAutoPanMark()
