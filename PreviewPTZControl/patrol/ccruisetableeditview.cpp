@@ -55,10 +55,15 @@ void CCruiseTableEditView::SetPath(const ptz_plugin_protocol::GetCruiseRouteResp
         }
     }
     edit_model_->LoadPath(route, presets);
+    // Rows first, drop-downs after: each inserted row lays out every drop-down already placed.
+    QVector<const ptz_plugin_protocol::CruisePoint *> loaded;
     for (const ptz_plugin_protocol::CruisePoint &point : route.points) {
         if (edit_model_->AppendPoint(point))
-            PlaceComboBoxes(edit_model_->rowCount() - 1, edit_model_->PresetEntryOf(point), point.speed,
-                            point.dwell_time);
+            loaded << &point;
+    }
+    for (int row = 0; row < loaded.size(); ++row) {
+        const ptz_plugin_protocol::CruisePoint &point = *loaded.at(row);
+        PlaceComboBoxes(row, edit_model_->PresetEntryOf(point), point.speed, point.dwell_time);
     }
     UpdateEmptyState();
     UpdatePlace(QModelIndex());
