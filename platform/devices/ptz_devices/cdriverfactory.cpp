@@ -1,5 +1,6 @@
 #include "ptz_devices/cdriverfactory.h"
 
+#include "ptz_devices/convifdriver.h"
 #include "ptz_devices/csimulatedcamera.h"
 
 #include <QMap>
@@ -34,6 +35,8 @@ struct Registry
                           return new CSimulatedCamera(config.cameraId, config.model, config.clock, config.store,
                                                       config.parent);
                       }});
+        // A network camera over ONVIF; it has no models, its abilities come from the camera.
+        kinds.insert(QStringLiteral("onvif"), {QStringList(), &COnvifDriver::create});
     }
 };
 
