@@ -35,8 +35,10 @@ struct Registry
                           return new CSimulatedCamera(config.cameraId, config.model, config.clock, config.store,
                                                       config.parent);
                       }});
-        // A network camera over ONVIF; it has no models, its abilities come from the camera.
-        kinds.insert(QStringLiteral("onvif"), {QStringList(), &COnvifDriver::create});
+        // A network camera over ONVIF; its abilities come from the camera. "loopback" is one
+        // the workbench serves itself on 127.0.0.1; the driver treats both alike.
+        kinds.insert(QStringLiteral("onvif"),
+                     {QStringList{QStringLiteral("generic"), QStringLiteral("loopback")}, &COnvifDriver::create});
     }
 };
 
