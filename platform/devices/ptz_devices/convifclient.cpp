@@ -104,9 +104,15 @@ void COnvifClient::call(Service service, const KDSoapMessage &request, const Cal
             return;
         }
         const int error = networkError(reply);
+        const KDSoapValue reason = onvif::path(reply, {QStringLiteral("Reason"), QStringLiteral("Text")});
+        const QString why = onvif::text(reason.isNull() ? onvif::child(reply, QStringLiteral("faultstring")) : reason);
+        if (error > 0 && why.startsWith(QLatin1String("XML error"))) {
+            done(Outcome::Refused, reply, tr("the camera sent an answer that cannot be read (%1)").arg(why.left(120)));
+            return;
+        }
         // Connection-level errors (refused, closed, host not found, timed out, ...) are below 100.
         if (error > 0 && error < 100) {
-            done(Outcome::Unreachable, reply, tr("the camera cannot be reached (%1)").arg(reply.faultAsString()));
+            done(Outcome::Unreachable, reply, tr("the camera cannot be reached (%1)").arg(why));
             return;
         }
         done(Outcome::Refused, reply, readableFault(onvif::faultDetails(reply)));

@@ -3,6 +3,8 @@
 #include "ptz_devices/csimulatedcamera.h"
 #include "ptz_onvif_camera/cloopbackonvifcamera.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 #include <memory>
@@ -14,6 +16,41 @@ namespace {
 
 const QString kUser = QStringLiteral("admin");
 const QString kPassword = QStringLiteral("s3cret&<>");
+
+// Answers every HTTP request with the same bytes, as a broken camera would.
+class CBrokenCamera : public QTcpServer
+{
+public:
+    explicit CBrokenCamera(const QByteArray &answer)
+        : m_answer(answer)
+    {
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection()) {
+                connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                    m_request += socket->readAll();
+                    const int end = m_request.indexOf("\r\n\r\n");
+                    if (end < 0)
+                        return;
+                    m_request.clear();
+                    socket->write(m_answer);
+                    socket->disconnectFromHost();
+                });
+            }
+        });
+        listen(QHostAddress::LocalHost);
+    }
+    QString address() const { return QStringLiteral("http://127.0.0.1:%1/onvif/device_service").arg(serverPort()); }
+
+private:
+    QByteArray m_answer;
+    QByteArray m_request;
+};
+
+QByteArray httpAnswer(const QByteArray &status, const QByteArray &body)
+{
+    return "HTTP/1.1 " + status + "\r\nContent-Type: application/soap+xml\r\nContent-Length: "
+           + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body;
+}
 
 } // namespace
 
@@ -229,6 +266,34 @@ private Q_SLOTS:
             QVERIFY(!m_driver->isConnected());
             QCOMPARE(received(QStringLiteral("GetServices")), 1);
         }
+    }
+
+    void brokenCameraGivesAReadableFailure_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("http 500") << httpAnswer("500 Internal Server Error", "oops");
+        QTest::newRow("malformed xml") << httpAnswer("200 OK", "<Envelope><Body><GetServicesResponse>");
+        QTest::newRow("empty body") << httpAnswer("200 OK", QByteArray());
+        QTest::newRow("10 MB") << httpAnswer("200 OK", QByteArray(10 * 1024 * 1024, 'x'));
+        QTest::newRow("not http") << QByteArray("\x00\x01garbage\r\n\r\n", 15);
+        QTest::newRow("unreachable") << QByteArray();
+    }
+    void brokenCameraGivesAReadableFailure()
+    {
+        QFETCH(QByteArray, answer);
+        std::unique_ptr<CBrokenCamera> broken;
+        QString address = QStringLiteral("http://127.0.0.1:%1/onvif/device_service").arg(m_camera->port());
+        if (answer.isEmpty())
+            m_camera->stop();
+        else
+            broken = std::make_unique<CBrokenCamera>(answer), address = broken->address();
+        m_driver = std::make_unique<COnvifDriver>(QStringLiteral("broken"), address, kUser, kPassword);
+        connect(m_driver.get(), &IPtzDriver::replied, this, [this](const DriverReply &r) { m_replies << r; });
+        const DriverReply r = await(m_driver->listPresets());
+        QVERIFY(!r.ok);
+        QVERIFY2(r.error.size() > 10, qPrintable(r.error));
+        QCOMPARE(m_driver->lastError(), r.error);
+        QVERIFY(!m_driver->isConnected());
     }
 
     void killedCameraStopsByItselfAndDriverReconnects()
