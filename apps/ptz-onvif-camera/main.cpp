@@ -25,7 +25,9 @@ int main(int argc, char *argv[])
                                         QStringLiteral("MS"), QStringLiteral("0"));
     const QCommandLineOption modelOpt(QStringLiteral("model"), QStringLiteral("Simulated head, e.g. speed-dome."),
                                       QStringLiteral("MODEL"), QStringLiteral("speed-dome"));
-    parser.addOptions({portOpt, userOpt, passwordOpt, latencyOpt, modelOpt});
+    const QCommandLineOption discoveryOpt(QStringLiteral("no-discovery"),
+                                          QStringLiteral("Do not answer WS-Discovery probes on UDP 3702."));
+    parser.addOptions({portOpt, userOpt, passwordOpt, latencyOpt, modelOpt, discoveryOpt});
     parser.process(app);
 
     QTextStream err(stderr);
@@ -47,12 +49,15 @@ int main(int argc, char *argv[])
     options.password = parser.value(passwordOpt);
     options.latencyMs = latency;
     options.model = parser.value(modelOpt);
+    options.discoveryPort = parser.isSet(discoveryOpt) ? 0 : 3702;
     ptz_onvif_camera::CLoopbackOnvifCamera camera(options);
     QString error;
     if (!camera.start(&error)) {
         err << error << '\n';
         return 1;
     }
+    if (options.discoveryPort != 0 && !camera.isAnsweringDiscovery())
+        err << "Not answering discovery probes: UDP port 3702 cannot be used.\n" << Qt::flush;
     QTextStream(stdout) << camera.deviceAddress() << '\n' << Qt::flush;
     return app.exec();
 }

@@ -19,6 +19,8 @@ inline const QString kMediaNs = QStringLiteral("http://www.onvif.org/ver10/media
 inline const QString kPtzNs = QStringLiteral("http://www.onvif.org/ver20/ptz/wsdl");
 inline const QString kImagingNs = QStringLiteral("http://www.onvif.org/ver20/imaging/wsdl");
 inline const QString kSchemaNs = QStringLiteral("http://www.onvif.org/ver10/schema");
+inline const QString kNetworkNs = QStringLiteral("http://www.onvif.org/ver10/network/wsdl");
+inline const QString kDiscoveryNs = QStringLiteral("http://schemas.xmlsoap.org/ws/2005/04/discovery");
 inline const QString kSecurityNs =
     QStringLiteral("http://docs.oasis-open.org/wss/2004/01/oasis-200401-wss-wssecurity-secext-1.0.xsd");
 

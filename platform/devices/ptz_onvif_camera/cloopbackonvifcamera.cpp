@@ -53,6 +53,9 @@ bool CLoopbackOnvifCamera::start(QString *error)
         return false;
     }
     m_port = m_server->serverPort();
+    // Discovery is a courtesy: the camera serves without it (another one may hold the port).
+    if (m_options.discoveryPort != 0 && !m_discovery)
+        startDiscovery(nullptr);
     return true;
 }
 

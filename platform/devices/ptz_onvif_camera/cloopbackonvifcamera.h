@@ -11,7 +11,9 @@
 #include <functional>
 #include <memory>
 
+class QHostAddress;
 class QTimer;
+class KDSoapUdpClient;
 
 namespace ptz_devices {
 class CSimulatedCamera;
@@ -40,6 +42,7 @@ public:
         int latencyMs = 0;                // added before every answer
         QString model = QStringLiteral("speed-dome");
         int defaultTimeoutMs = 5000;      // for moves that name no timeout
+        int discoveryPort = 0;            // WS-Discovery responder (3702); 0: none
     };
     using Responder = std::function<void(const KDSoapMessage &)>;
 
@@ -53,6 +56,7 @@ public:
     bool isServing() const;
     quint16 port() const;
     QString deviceAddress() const;
+    bool isAnsweringDiscovery() const { return m_discovery != nullptr; }
 
     ptz_devices::CSimulatedCamera *camera() const { return m_camera.get(); }
     void setLatency(int ms) { m_options.latencyMs = ms; }
@@ -103,6 +107,10 @@ private:
     void imagingMove(const KDSoapMessage &request, const Responder &respond);
     void imagingStop(const KDSoapMessage &request, const Responder &respond);
 
+    // WS-Discovery responder.
+    bool startDiscovery(QString *error);
+    void answerProbe(const KDSoapMessage &probe, const QHostAddress &address, quint16 port);
+
     KDSoapValue ptzNode() const;
     KDSoapValue position() const;
     int presetNumber(const QString &token) const;
@@ -120,6 +128,8 @@ private:
     int m_failNext = 0;
     QString m_failReason;
     QStringList m_received;
+    KDSoapUdpClient *m_discovery = nullptr;
+    QString m_endpointId;
 };
 
 } // namespace ptz_onvif_camera
