@@ -3,6 +3,7 @@
 #include <KDSoapServer/KDSoapServer.h>
 #include <KDSoapServer/KDSoapServerObjectInterface.h>
 
+#include <QAbstractSocket>
 #include <QObject>
 #include <QPointer>
 
@@ -36,6 +37,7 @@ public:
 
 private:
     void dispatch(const QString &path, const KDSoapMessage &request);
+    static void quickAcknowledge(QAbstractSocket *socket);
 
     QPointer<CLoopbackOnvifCamera> m_camera;
 };
