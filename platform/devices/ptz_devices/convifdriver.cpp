@@ -166,31 +166,6 @@ quint64 COnvifDriver::position3D(const QRectF &)
 {
     return unsupported(DriverOperation::Position3D);
 }
-quint64 COnvifDriver::listPatrols()
-{
-    return submit(DriverOperation::ListPatrols, 0, COnvifRequestQueue::NoAxis, false, false,
-                  [](const auto &done) { done(true, QString(), QVariant::fromValue(QVector<DevicePatrol>())); });
-}
-quint64 COnvifDriver::readPatrol(int number)
-{
-    return unsupported(DriverOperation::ReadPatrol, number);
-}
-quint64 COnvifDriver::writePatrol(int number, const QVector<DevicePatrolPoint> &)
-{
-    return unsupported(DriverOperation::WritePatrol, number);
-}
-quint64 COnvifDriver::removePatrol(int number)
-{
-    return unsupported(DriverOperation::RemovePatrol, number);
-}
-quint64 COnvifDriver::startPatrol(int number)
-{
-    return unsupported(DriverOperation::StartPatrol, number);
-}
-quint64 COnvifDriver::stopPatrol(int number)
-{
-    return unsupported(DriverOperation::StopPatrol, number);
-}
 quint64 COnvifDriver::listPatterns()
 {
     return submit(DriverOperation::ListPatterns, 0, COnvifRequestQueue::NoAxis, false, false,

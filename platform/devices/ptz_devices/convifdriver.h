@@ -108,6 +108,7 @@ private:
         bool home = false;
         QStringList auxiliary;
         int maxTimeoutMs = 0;      // 0: unknown
+        int maxTours = 0;          // preset tours the camera keeps (0: none)
     };
     using Step = std::function<void(const KDSoapMessage &reply)>;
 
@@ -157,6 +158,15 @@ private:
     quint64 storePreset(DriverOperation operation, int number, const QString &name);
     quint64 auxiliary(DriverOperation operation, bool on, const QString &onCommand, const QString &offCommand);
 
+    // Patrols as preset tours (convifdriver_tours.cpp).
+    using Completion = std::function<void(bool, const QString &, const QVariant &)>;
+    quint64 tourRequest(DriverOperation operation, int number, const std::function<void(const Completion &)> &send);
+    void fetchTours(const std::function<void(bool, const QString &, const QVector<DevicePatrol> &)> &done);
+    QVector<DevicePatrol> readTours(const KDSoapMessage &reply);
+    void modifyTour(int number, const QString &token, const QVector<DevicePatrolPoint> &points, const Completion &done);
+    void sendTourCommand(const QString &operation, const QString &token, const QString &argument,
+                         const Completion &done);
+
     QString m_cameraId;
     QString m_address;
     COnvifClient *m_client = nullptr;
@@ -186,6 +196,8 @@ private:
     mutable QElapsedTimer m_statusRead;   // status() was asked for: the camera is shown
     QSet<quint64> m_internal;             // renewals, answered to nobody
     QHash<int, QString> m_presetTokens;   // preset number -> camera token
+    QHash<int, QString> m_tourTokens;     // patrol number -> preset tour token
+    QString m_runningTour;
 };
 
 } // namespace ptz_devices

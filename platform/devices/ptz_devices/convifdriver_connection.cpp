@@ -146,6 +146,9 @@ void COnvifDriver::readNodes(const KDSoapMessage &reply)
     }
     m_profile.maxPresets = ov::text(ov::child(node, QStringLiteral("MaximumNumberOfPresets"))).toInt();
     m_profile.home = ov::isTrue(ov::child(node, QStringLiteral("HomeSupported")));
+    m_profile.maxTours = ov::text(ov::path(node, {QStringLiteral("Extension"), QStringLiteral("SupportedPresetTour"),
+                                                  QStringLiteral("MaximumNumberOfPresetTours")}))
+                             .toInt();
     for (const KDSoapValue &command : ov::children(node, QStringLiteral("AuxiliaryCommands")))
         m_profile.auxiliary << ov::text(command);
 
@@ -171,7 +174,7 @@ DriverCapabilities COnvifDriver::capabilitiesFromProfile() const
     if (m_profile.zoomMax > 0.0)
         caps.abilities << AbilityZoom;
     caps.presetSlots = std::clamp(m_profile.maxPresets, 0, 256);
-    caps.patrolSlots = 0;
+    caps.patrolSlots = std::clamp(m_profile.maxTours, 0, 8);
     caps.patternSlots = 0;
     return caps;
 }

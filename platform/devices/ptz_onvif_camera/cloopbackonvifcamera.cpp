@@ -196,6 +196,11 @@ void CLoopbackOnvifCamera::registerHandlers()
     add(ov::kPtzPath, "GotoPreset", &CLoopbackOnvifCamera::gotoPreset);
     add(ov::kPtzPath, "RemovePreset", &CLoopbackOnvifCamera::removePreset);
     add(ov::kPtzPath, "SendAuxiliaryCommand", &CLoopbackOnvifCamera::sendAuxiliaryCommand);
+    add(ov::kPtzPath, "GetPresetTours", &CLoopbackOnvifCamera::getPresetTours);
+    add(ov::kPtzPath, "CreatePresetTour", &CLoopbackOnvifCamera::createPresetTour);
+    add(ov::kPtzPath, "ModifyPresetTour", &CLoopbackOnvifCamera::modifyPresetTour);
+    add(ov::kPtzPath, "OperatePresetTour", &CLoopbackOnvifCamera::operatePresetTour);
+    add(ov::kPtzPath, "RemovePresetTour", &CLoopbackOnvifCamera::removePresetTour);
     add(ov::kImagingPath, "Move", &CLoopbackOnvifCamera::imagingMove);
     add(ov::kImagingPath, "Stop", &CLoopbackOnvifCamera::imagingStop);
 }

@@ -5,6 +5,7 @@
 #include <KDSoapClient/KDSoapMessage.h>
 
 #include <QHash>
+#include <QSet>
 #include <QObject>
 #include <QString>
 
@@ -103,6 +104,14 @@ private:
     void gotoPreset(const KDSoapMessage &request, const Responder &respond);
     void removePreset(const KDSoapMessage &request, const Responder &respond);
     void sendAuxiliaryCommand(const KDSoapMessage &request, const Responder &respond);
+    // Preset tours (the head's patrols).
+    void getPresetTours(const KDSoapMessage &request, const Responder &respond);
+    void createPresetTour(const KDSoapMessage &request, const Responder &respond);
+    void modifyPresetTour(const KDSoapMessage &request, const Responder &respond);
+    void operatePresetTour(const KDSoapMessage &request, const Responder &respond);
+    void removePresetTour(const KDSoapMessage &request, const Responder &respond);
+    KDSoapValue presetTour(const ptz_devices::DevicePatrol &patrol) const;
+    int tourNumber(const QString &token) const;
     // Imaging service.
     void imagingMove(const KDSoapMessage &request, const Responder &respond);
     void imagingStop(const KDSoapMessage &request, const Responder &respond);
@@ -128,6 +137,7 @@ private:
     int m_failNext = 0;
     QString m_failReason;
     QStringList m_received;
+    QSet<int> m_createdTours;        // created but still without spots
     KDSoapUdpClient *m_discovery = nullptr;
     QString m_endpointId;
 };

@@ -142,6 +142,14 @@ KDSoapValue CLoopbackOnvifCamera::ptzNode() const
         for (const QString &command : {ov::kLightOn, ov::kLightOff, ov::kWiperOn, ov::kWiperOff})
             node << ov::element(ov::kSchemaNs, QStringLiteral("AuxiliaryCommands"), command);
     }
+    if (hasPanTilt() && caps.patrolSlots > 0) {
+        KDSoapValueList tours;
+        tours << ov::element(ov::kSchemaNs, QStringLiteral("MaximumNumberOfPresetTours"), caps.patrolSlots)
+              << ov::element(ov::kSchemaNs, QStringLiteral("PTZPresetTourOperation"), QStringLiteral("Start"))
+              << ov::element(ov::kSchemaNs, QStringLiteral("PTZPresetTourOperation"), QStringLiteral("Stop"));
+        node << ov::element(ov::kSchemaNs, QStringLiteral("Extension"),
+                            KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("SupportedPresetTour"), tours));
+    }
     return withToken(ov::element(ov::kPtzNs, QStringLiteral("PTZNode"), node), kNodeToken);
 }
 

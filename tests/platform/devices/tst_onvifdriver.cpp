@@ -222,6 +222,32 @@ private Q_SLOTS:
         QCOMPARE(gone.error, QStringLiteral("no such preset"));
     }
 
+    void presetTourIsAPatrol()
+    {
+        openDriver();
+        QCOMPARE(m_driver->capabilities().patrolSlots, head()->capabilities().patrolSlots);
+        QVERIFY(await(m_driver->setPreset(1, QStringLiteral("one"))).ok);
+        head()->setPosition(90.0, -20.0);
+        QVERIFY(await(m_driver->setPreset(2, QStringLiteral("two"))).ok);
+        const QVector<DevicePatrolPoint> points{{1, 40, 2, QString()}, {2, 10, 5, QString()}};
+        QVERIFY(await(m_driver->writePatrol(3, points)).ok);
+        const DriverReply read = await(m_driver->readPatrol(3));
+        QVERIFY(read.ok);
+        QCOMPARE(read.result.value<DevicePatrol>().points, points);
+        QCOMPARE(head()->patrols().size(), 1);
+        QCOMPARE(head()->patrols().first().points, points);
+
+        QVERIFY(await(m_driver->startPatrol(3)).ok);
+        QCOMPARE(head()->status().runningPatrol, head()->patrols().first().number);
+        QVERIFY(await(m_driver->stopPatrol(0)).ok);
+        QCOMPARE(head()->status().runningPatrol, 0);
+        QVERIFY(await(m_driver->removePatrol(3)).ok);
+        QVERIFY(head()->patrols().isEmpty());
+        const DriverReply list = await(m_driver->listPatrols());
+        QVERIFY(list.ok);
+        QVERIFY(list.result.value<QVector<DevicePatrol>>().isEmpty());
+    }
+
     void lightAndWiperAndFocus()
     {
         openDriver();
