@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ptz_devices/ptz_devices_export.h"
+
 #include <KDSoapClient/KDSoapMessage.h>
 
 #include <QHash>
@@ -15,7 +17,7 @@ class KDSoapPendingCallWatcher;
 namespace ptz_devices {
 
 // SOAP calls to the services of one ONVIF camera, signed with a WS-UsernameToken.
-class COnvifClient : public QObject
+class PTZ_DEVICES_EXPORT COnvifClient : public QObject
 {
     Q_OBJECT
 public:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ptz_devices/ptz_devices_export.h"
 #include "ptz_devices/ptzdevicetypes.h"
 
 #include <QObject>
@@ -18,7 +19,7 @@ namespace ptz_devices {
 // it answers a still-waiting move of the same axes as done, without sending
 // it. Every request is answered exactly once, never inside the call that made
 // it, and fails when the camera gives no answer within the timeout.
-class COnvifRequestQueue : public QObject
+class PTZ_DEVICES_EXPORT COnvifRequestQueue : public QObject
 {
     Q_OBJECT
 public:
