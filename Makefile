@@ -18,7 +18,7 @@ build: configure
 # Only the program is built before it starts; `make test` builds the rest.
 run: configure
 	@bash scripts/build-quiet.sh $(BUILD) $(JOBS) ptz-workbench
-	@bash scripts/run-workbench.sh $(BUILD) $(ARGS)
+	@bash scripts/run-workbench.sh $(BUILD) --onvif-demo $(ARGS)
 
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)

@@ -1,4 +1,6 @@
 // ptz-site: looks at and edits the site store from the shell (cameras, users, switches).
+#include "onvifsetup.h"
+
 #include "ptz_devices/cdriverfactory.h"
 #include "site_store/csitestore.h"
 
@@ -80,7 +82,9 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Edits the site store of the PTZ workbench.\n"
-        "Commands: cameras | users | add-camera | remove-camera | set-switch"));
+        "Commands: cameras | users | add-camera | remove-camera | set-switch | discover\n"
+        "An ONVIF camera: add-camera --kind onvif --id ID --address http://HOST:PORT/onvif/device_service\n"
+        "  --user U --password P (the camera is asked for its abilities first)."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do."));
     const QCommandLineOption siteOpt(QStringLiteral("site"), QStringLiteral("Store file."), QStringLiteral("FILE"));
@@ -99,14 +103,40 @@ int main(int argc, char *argv[])
     const QCommandLineOption fishEyeOpt(QStringLiteral("fisheye"), QStringLiteral("The camera is a fish-eye."));
     const QCommandLineOption keyOpt(QStringLiteral("key"), QStringLiteral("Switch name."), QStringLiteral("KEY"));
     const QCommandLineOption valueOpt(QStringLiteral("value"), QStringLiteral("Switch value."), QStringLiteral("VALUE"));
+    const QCommandLineOption userOpt(QStringLiteral("user"), QStringLiteral("User name on the camera."),
+                                     QStringLiteral("USER"));
+    const QCommandLineOption passwordOpt(QStringLiteral("password"), QStringLiteral("Password on the camera."),
+                                         QStringLiteral("PASSWORD"));
+    const QCommandLineOption timeoutOpt(QStringLiteral("timeout"),
+                                        QStringLiteral("How long to wait for cameras (discover, add-camera)."),
+                                        QStringLiteral("MS"), QStringLiteral("5000"));
     parser.addOptions({siteOpt, idOpt, nameOpt, kindOpt, modelOpt, addressOpt, abilitiesOpt, cascadeOpt, fishEyeOpt,
-                       keyOpt, valueOpt});
+                       keyOpt, valueOpt, userOpt, passwordOpt, timeoutOpt});
     parser.process(app);
 
     const QStringList args = parser.positionalArguments();
     if (args.size() != 1) {
-        err() << "Expected one command: cameras, users, add-camera, remove-camera or set-switch.\n";
+        err() << "Expected one command: cameras, users, add-camera, remove-camera, set-switch or discover.\n";
         return 2;
+    }
+    bool timeoutOk = false;
+    const int timeoutMs = parser.value(timeoutOpt).toInt(&timeoutOk);
+    if (!timeoutOk || timeoutMs <= 0) {
+        err() << "--timeout expects a number of milliseconds.\n";
+        return 2;
+    }
+    if (args.first() == QLatin1String("discover")) {
+        QString error;
+        const QStringList found = onvifsetup::Discover(timeoutMs, &error);
+        if (!error.isEmpty()) {
+            err() << error << '\n';
+            return 1;
+        }
+        for (const QString &line : found)
+            out() << line << '\n';
+        if (found.isEmpty())
+            err() << "No ONVIF device answered within " << timeoutMs << " ms.\n";
+        return 0;
     }
     const QString path = parser.isSet(siteOpt) ? parser.value(siteOpt) : site_store::CSiteStore::ResolvePath({});
     std::unique_ptr<site_store::CSiteStore> store = site_store::CSiteStore::Open(path);
@@ -121,15 +151,16 @@ int main(int argc, char *argv[])
     if (command == QLatin1String("users"))
         return listUsers(*store);
     if (command == QLatin1String("add-camera")) {
-        if (!parser.isSet(idOpt) || !parser.isSet(modelOpt)) {
-            err() << "add-camera needs --id and --model.\n";
+        const bool onvif = parser.value(kindOpt) == QLatin1String("onvif");
+        if (!parser.isSet(idOpt) || (!parser.isSet(modelOpt) && !onvif) || (onvif && !parser.isSet(addressOpt))) {
+            err() << "add-camera needs --id and --model (an ONVIF camera: --id and --address).\n";
             return 2;
         }
         site_store::CameraRecord camera;
         camera.id = parser.value(idOpt);
         camera.name = parser.isSet(nameOpt) ? parser.value(nameOpt) : camera.id;
         camera.driverKind = parser.value(kindOpt);
-        camera.model = parser.value(modelOpt);
+        camera.model = parser.isSet(modelOpt) ? parser.value(modelOpt) : QStringLiteral("generic");
         camera.driverAddress = parser.value(addressOpt);
         camera.cascade = parser.isSet(cascadeOpt);
         camera.fishEye = parser.isSet(fishEyeOpt);
@@ -147,11 +178,26 @@ int main(int argc, char *argv[])
             err() << "--abilities expects numbers separated by commas, e.g. 1,48,49,50.\n";
             return 2;
         }
+        if (onvif) {
+            // What the camera reports, never what was typed; the password is not echoed.
+            QString error;
+            if (!onvifsetup::CheckCamera(camera.driverAddress, parser.value(userOpt), parser.value(passwordOpt),
+                                         timeoutMs, &camera.abilities, &error)) {
+                err() << "The camera at " << camera.driverAddress << " cannot be added: " << error << ".\n";
+                return 1;
+            }
+            camera.driverAddress =
+                onvifsetup::StoredAddress(camera.driverAddress, parser.value(userOpt), parser.value(passwordOpt));
+            onvifsetup::RestrictToOwner(path);
+        }
         if (!store->upsertCamera(camera)) {
             err() << store->lastError() << '\n';
             return 1;
         }
-        out() << "Camera " << camera.id << " saved in " << path << ".\n";
+        out() << "Camera " << camera.id << " saved in " << path << " (abilities " << joinCodes(camera.abilities)
+              << ").\n";
+        if (onvif)
+            onvifsetup::RestrictToOwner(path);
         return 0;
     }
     if (command == QLatin1String("remove-camera")) {

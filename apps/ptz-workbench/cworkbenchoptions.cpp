@@ -22,7 +22,9 @@ bool CWorkbenchOptions::Parse(const QStringList &arguments, QString *error)
     const QCommandLineOption shotOpt(QStringLiteral("screenshot"),
                                      QStringLiteral("Render the window to FILE (offscreen) and exit."),
                                      QStringLiteral("FILE"));
-    parser.addOptions({helpOpt, siteOpt, userOpt, screensOpt, themeOpt, layoutOpt, scriptOpt, shotOpt});
+    const QCommandLineOption onvifOpt(QStringLiteral("onvif-demo"),
+                                      QStringLiteral("Add the demo ONVIF camera (served on 127.0.0.1) to the site."));
+    parser.addOptions({helpOpt, siteOpt, userOpt, screensOpt, themeOpt, layoutOpt, scriptOpt, shotOpt, onvifOpt});
     helpText = parser.helpText();
 
     auto fail = [error](const QString &message) {
@@ -41,6 +43,7 @@ bool CWorkbenchOptions::Parse(const QStringList &arguments, QString *error)
         return fail(QStringLiteral("unexpected argument '%1'; options start with --.")
                         .arg(parser.positionalArguments().constFirst()));
     help = parser.isSet(helpOpt);
+    onvifDemo = parser.isSet(onvifOpt);
 
     const QString screenText = parser.value(screensOpt);
     if (screenText != QLatin1String("1") && screenText != QLatin1String("4") && screenText != QLatin1String("9"))

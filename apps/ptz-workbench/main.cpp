@@ -1,4 +1,5 @@
 // ptz-workbench: the host application in which operators use the PTZ panel.
+#include "cloopbackcamerahost.h"
 #include "cworkbenchoptions.h"
 #include "cworkbenchscript.h"
 #include "cworkbenchsignin.h"
@@ -76,6 +77,13 @@ int main(int argc, char *argv[])
         return Fail(userError);
     }
     PreviewPTZControl::InstallTranslator(&app);
+    // Loopback ONVIF cameras are served before their drivers first try to connect.
+    CLoopbackCameraHost loopbackCameras;
+    QStringList loopbackProblems;
+    QString demoError;
+    if (options.onvifDemo && !CLoopbackCameraHost::AddDemoCamera(&demoError))
+        loopbackProblems << demoError;
+    loopbackProblems << loopbackCameras.ServeSiteCameras();
 
     int rc = 0;
     {
@@ -88,7 +96,7 @@ int main(int argc, char *argv[])
         if (newSiteFolder && siteDir.exists())
             window.ShowStatusNote(QObject::tr("Created the folder %1 for the site file %2.")
                                       .arg(QDir::toNativeSeparators(siteDir.absolutePath()), QFileInfo(sitePath).fileName()));
-        for (const QString &message : session.messages)
+        for (const QString &message : session.messages + loopbackProblems)
             window.ShowTip(message, 2);
         // The store stops saving when its file goes away; the operator must know before relying on it.
         QObject::connect(site_store::CSiteStore::Current(), &site_store::CSiteStore::fileLost, &window,

@@ -1,5 +1,6 @@
 #include "ptz_devices/cdriverfactory.h"
 
+#include "ptz_devices/convifdriver.h"
 #include "ptz_devices/csimulatedcamera.h"
 
 #include <QMap>
@@ -34,6 +35,10 @@ struct Registry
                           return new CSimulatedCamera(config.cameraId, config.model, config.clock, config.store,
                                                       config.parent);
                       }});
+        // A network camera over ONVIF; its abilities come from the camera. "loopback" is one
+        // the workbench serves itself on 127.0.0.1; the driver treats both alike.
+        kinds.insert(QStringLiteral("onvif"),
+                     {QStringList{QStringLiteral("generic"), QStringLiteral("loopback")}, &COnvifDriver::create});
     }
 };
 
