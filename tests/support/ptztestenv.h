@@ -1,8 +1,9 @@
 #pragma once
 
 // The test site plus builders of the controller library's request records.
-#include "support/records.h"
 #include "support/testenv.h"
+
+#include "site_store/demosite.h"
 
 #include "zeph_ptz_controller/cptzgetcontroller.h"
 #include "zeph_ptz_controller/cptzstatestoragemanager.h"
@@ -32,9 +33,9 @@ inline ptz_plugin_protocol::PTZControlCommand Cmd(const QString &camera, uint32_
     return c;
 }
 
-inline ptz_plugin_protocol::PresetControlRequest PresetRequest(const std::string &operation, int number,
-                                                               const std::string &name = std::string(),
-                                                               const QString &camera = kDome)
+inline ptz_plugin_protocol::PresetControlRequest
+PresetRequest(const std::string &operation, int number, const std::string &name = std::string(),
+              const QString &camera = QString::fromLatin1(site_store::demo::kSpeedDome))
 {
     ptz_plugin_protocol::PresetControlRequest r;
     r.operation = operation;
@@ -58,8 +59,9 @@ inline std::vector<ptz_plugin_protocol::CruisePoint> CruisePoints(int count, int
     return out;
 }
 
-inline ptz_plugin_protocol::CruiseControlRequest CruiseRequest(const std::string &operation, int number, int action,
-                                                               int points = 2, const QString &camera = kDome)
+inline ptz_plugin_protocol::CruiseControlRequest
+CruiseRequest(const std::string &operation, int number, int action, int points = 2,
+              const QString &camera = QString::fromLatin1(site_store::demo::kSpeedDome))
 {
     ptz_plugin_protocol::CruiseControlRequest r;
     r.camera_index_code = camera.toStdString();

@@ -1,4 +1,5 @@
 #include "support/ptztestenv.h"
+#include "support/records.h"
 
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/ccurrentuser.h"

@@ -1,4 +1,5 @@
 #include "support/ptztestenv.h"
+#include "support/records.h"
 
 #include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
 #include "zeph_ptz_controller/cptzstatestoragemanager.h"

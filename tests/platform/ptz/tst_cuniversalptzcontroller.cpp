@@ -1,4 +1,5 @@
 #include "support/ptztestenv.h"
+#include "support/records.h"
 
 #include <QTest>
 

@@ -2,6 +2,7 @@
 // kind: the signed-in user's permission and the PTZ lock, whatever the
 // request's owner field says.
 #include "support/ptztestenv.h"
+#include "support/records.h"
 
 #include "zeph_plugin_manager/ccurrentuser.h"
 
