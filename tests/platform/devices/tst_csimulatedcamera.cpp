@@ -11,6 +11,18 @@ using namespace ptz_devices;
 using Request = std::function<quint64(CSimulatedCamera *)>;
 Q_DECLARE_METATYPE(Request)
 
+namespace {
+ParkAction Park(int waitingSeconds, ParkActionType type = ParkActionType::Preset, int target = 1)
+{
+    ParkAction a;
+    a.enabled = true;
+    a.waitingSeconds = waitingSeconds;
+    a.type = type;
+    a.target = target;
+    return a;
+}
+} // namespace
+
 class tst_CSimulatedCamera : public QObject
 {
     Q_OBJECT
@@ -22,21 +34,20 @@ private Q_SLOTS:
         QTest::addColumn<int>("tiltDir");
         QTest::addColumn<int>("speed");
         QTest::addColumn<int>("ms");
-        QTest::addColumn<double>("startPan");
-        QTest::addColumn<double>("startTilt");
-        QTest::addColumn<double>("pan");
-        QTest::addColumn<double>("tilt");
+        QTest::addColumn<QPointF>("start"); // pan, tilt
+        QTest::addColumn<QPointF>("end");
 
-        QTest::newRow("right, speed 1, 1 s") << 1 << 0 << 1 << 1000 << 0.0 << 0.0 << 2.0 << 0.0;
-        QTest::newRow("right, speed 40, 1 s") << 1 << 0 << 40 << 1000 << 0.0 << 0.0 << 80.0 << 0.0;
-        QTest::newRow("right, speed 20, 0.25 s") << 1 << 0 << 20 << 250 << 100.0 << -20.0 << 110.0 << -20.0;
-        QTest::newRow("left wraps below 0") << -1 << 0 << 10 << 1000 << 10.0 << 0.0 << 350.0 << 0.0;
-        QTest::newRow("right wraps past 360") << 1 << 0 << 20 << 1000 << 350.0 << 0.0 << 30.0 << 0.0;
-        QTest::newRow("up, speed 5") << 0 << 1 << 5 << 2000 << 0.0 << -50.0 << 0.0 << -30.0;
-        QTest::newRow("up clamps at +10") << 0 << 1 << 20 << 1000 << 0.0 << 0.0 << 0.0 << 10.0;
-        QTest::newRow("down clamps at -90") << 0 << -1 << 40 << 3000 << 0.0 << 0.0 << 0.0 << -90.0;
-        QTest::newRow("down-right diagonal") << 1 << -1 << 5 << 1000 << 100.0 << -40.0 << 110.0 << -50.0;
-        QTest::newRow("up-left, tilt clamps, pan goes on") << -1 << 1 << 10 << 2000 << 30.0 << 0.0 << 350.0 << 10.0;
+        QTest::newRow("right, speed 1, 1 s") << 1 << 0 << 1 << 1000 << QPointF(0, 0) << QPointF(2, 0);
+        QTest::newRow("right, speed 40, 1 s") << 1 << 0 << 40 << 1000 << QPointF(0, 0) << QPointF(80, 0);
+        QTest::newRow("right, speed 20, 0.25 s") << 1 << 0 << 20 << 250 << QPointF(100, -20) << QPointF(110, -20);
+        QTest::newRow("left wraps below 0") << -1 << 0 << 10 << 1000 << QPointF(10, 0) << QPointF(350, 0);
+        QTest::newRow("right wraps past 360") << 1 << 0 << 20 << 1000 << QPointF(350, 0) << QPointF(30, 0);
+        QTest::newRow("up, speed 5") << 0 << 1 << 5 << 2000 << QPointF(0, -50) << QPointF(0, -30);
+        QTest::newRow("up clamps at +10") << 0 << 1 << 20 << 1000 << QPointF(0, 0) << QPointF(0, 10);
+        QTest::newRow("down clamps at -90") << 0 << -1 << 40 << 3000 << QPointF(0, 0) << QPointF(0, -90);
+        QTest::newRow("down-right diagonal") << 1 << -1 << 5 << 1000 << QPointF(100, -40) << QPointF(110, -50);
+        QTest::newRow("up-left, tilt clamps, pan goes on")
+            << -1 << 1 << 10 << 2000 << QPointF(30, 0) << QPointF(350, 10);
     }
     void continuousMove()
     {
@@ -44,25 +55,19 @@ private Q_SLOTS:
         QFETCH(int, tiltDir);
         QFETCH(int, speed);
         QFETCH(int, ms);
-        QFETCH(double, startPan);
-        QFETCH(double, startTilt);
-        QFETCH(double, pan);
-        QFETCH(double, tilt);
+        QFETCH(QPointF, start);
+        QFETCH(QPointF, end);
 
         SimCameraHarness h;
-        h.camera->setPosition(startPan, startTilt);
+        h.camera->setPosition(start.x(), start.y());
         QVERIFY(h.ok(h.camera->movePanTilt(panDir, tiltDir, speed)));
         QVERIFY(h.status().panTiltMoving);
         h.clock.advance(ms);
         QVERIFY(h.ok(h.camera->stopPanTilt()));
+        h.clock.advance(2000); // stopped means stopped
         QVERIFY(!h.status().panTiltMoving);
-        QVERIFY2(near(h.status().pan, pan), qPrintable(QString::number(h.status().pan)));
-        QVERIFY2(near(h.status().tilt, tilt), qPrintable(QString::number(h.status().tilt)));
-
-        // Stopped means stopped.
-        h.clock.advance(2000);
-        QVERIFY(near(h.status().pan, pan));
-        QVERIFY(near(h.status().tilt, tilt));
+        QVERIFY2(near(h.status().pan, end.x()), qPrintable(QString::number(h.status().pan)));
+        QVERIFY2(near(h.status().tilt, end.y()), qPrintable(QString::number(h.status().tilt)));
     }
     void zoomMovesWhileHeldAndClamps_data()
     {
@@ -111,58 +116,38 @@ private Q_SLOTS:
         QVERIFY(h.ok(h.camera->oneKeyFocus()));
         QVERIFY(near(h.status().focus, 0.5));
         QVERIFY(near(h.status().iris, 0.1));
-
         QVERIFY(h.ok(h.camera->initLens()));
         QCOMPARE(h.status().zoom, 1.0);
         QCOMPARE(h.status().iris, 0.5);
     }
-    void presetSetThenCalledReturns()
+    void presetsSetCallRenameRemove()
     {
         SimCameraHarness h;
         h.camera->setPosition(123.5, -33.25, 7.5);
-        DriverReply set;
-        QVERIFY(h.await(h.camera->setPreset(17, QStringLiteral("Gate")), &set));
-        QVERIFY(set.ok);
-        QCOMPARE(set.result.value<DevicePreset>().name, QStringLiteral("Gate"));
-
-        h.camera->setPosition(300.0, 5.0, 1.0);
-        QVERIFY(h.ok(h.camera->gotoPreset(17)));
-        QVERIFY(h.status().panTiltMoving);
-        h.clock.advance(10000);
-        const DeviceStatus s = h.status();
-        QVERIFY(!s.panTiltMoving);
-        QVERIFY(!s.zoomMoving);
-        QVERIFY(near(s.pan, 123.5));
-        QVERIFY(near(s.tilt, -33.25));
-        QVERIFY(near(s.zoom, 7.5));
-
-        // The preset call takes the short way round: 300 -> 123.5 is 176.5 deg at 80 deg/s.
-        h.camera->setPosition(300.0, -33.25, 7.5);
-        QVERIFY(h.ok(h.camera->gotoPreset(17)));
-        h.clock.advance(2200);
-        QVERIFY(h.status().panTiltMoving);
-        h.clock.advance(7);
-        QVERIFY(!h.status().panTiltMoving);
-        QVERIFY(near(h.status().pan, 123.5));
-    }
-    void presetListRenameRemove()
-    {
-        SimCameraHarness h;
+        QVERIFY(h.ok(h.camera->setPreset(17, QStringLiteral("Gate"))));
         QVERIFY(h.ok(h.camera->setPreset(3, QString())));
-        QVERIFY(h.ok(h.camera->setPreset(1, QStringLiteral("A"))));
-        QVERIFY(h.ok(h.camera->renamePreset(1, QStringLiteral("B"))));
+        QVERIFY(h.ok(h.camera->renamePreset(17, QStringLiteral("B"))));
         QVERIFY(h.ok(h.camera->removePreset(3)));
-
         DriverReply list;
         QVERIFY(h.await(h.camera->listPresets(), &list));
         const auto presets = list.result.value<QVector<DevicePreset>>();
         QCOMPARE(presets.size(), 1);
-        QCOMPARE(presets.at(0).number, 1);
         QCOMPARE(presets.at(0).name, QStringLiteral("B"));
-
         QVERIFY(!h.ok(h.camera->removePreset(3)));
         QVERIFY(!h.ok(h.camera->gotoPreset(3)));
-        QVERIFY(!h.ok(h.camera->renamePreset(1, QStringLiteral("  "))));
+        QVERIFY(!h.ok(h.camera->renamePreset(17, QStringLiteral("  "))));
+
+        // The call takes the short way round: 300 -> 123.5 is 176.5 deg at 80 deg/s.
+        h.camera->setPosition(300.0, 5.0, 1.0);
+        QVERIFY(h.ok(h.camera->gotoPreset(17)));
+        h.clock.advance(2200);
+        QVERIFY(h.status().panTiltMoving);
+        h.clock.advance(10000);
+        const DeviceStatus s = h.status();
+        QVERIFY(!s.panTiltMoving && !s.zoomMoving);
+        QVERIFY(near(s.pan, 123.5));
+        QVERIFY(near(s.tilt, -33.25));
+        QVERIFY(near(s.zoom, 7.5));
     }
     void position3DCentresAndZooms()
     {
@@ -187,28 +172,23 @@ private Q_SLOTS:
         QTest::addColumn<Request>("request");
 
         const QString dome = QStringLiteral("speed-dome");
-        QVector<DevicePatrolPoint> tooMany(33, PatrolPoint(1, 10, 5));
-
+        const QString box = QStringLiteral("box-zoom");
+        const QString fishEye = QStringLiteral("fisheye");
+        auto patrol = [](DevicePatrolPoint point, int count = 1) {
+            return Request(
+                [=](CSimulatedCamera *c) { return c->writePatrol(1, QVector<DevicePatrolPoint>(count, point)); });
+        };
         QTest::newRow("preset 0") << dome
                                   << Request([](CSimulatedCamera *c) { return c->setPreset(0, QStringLiteral("x")); });
         QTest::newRow("preset 257") << dome << Request([](CSimulatedCamera *c) { return c->gotoPreset(257); });
         QTest::newRow("patrol 0") << dome << Request([](CSimulatedCamera *c) { return c->startPatrol(0); });
         QTest::newRow("patrol 9") << dome << Request([](CSimulatedCamera *c) { return c->readPatrol(9); });
-        QTest::newRow("33 points") << dome
-                                   << Request([tooMany](CSimulatedCamera *c) { return c->writePatrol(1, tooMany); });
-        QTest::newRow("point speed 0") << dome << Request([](CSimulatedCamera *c) {
-            return c->writePatrol(1, { PatrolPoint(1, 0, 5) });
-        });
-        QTest::newRow("point speed 41") << dome << Request([](CSimulatedCamera *c) {
-            return c->writePatrol(1, { PatrolPoint(1, 41, 5) });
-        });
-        QTest::newRow("dwell 0") << dome
-                                 << Request([](CSimulatedCamera *c) { return c->writePatrol(1, { PatrolPoint(1, 10, 0) }); });
-        QTest::newRow("dwell 31") << dome << Request([](CSimulatedCamera *c) {
-            return c->writePatrol(1, { PatrolPoint(1, 10, 31) });
-        });
-        QTest::newRow("point preset 257")
-            << dome << Request([](CSimulatedCamera *c) { return c->writePatrol(1, { PatrolPoint(257, 10, 5) }); });
+        QTest::newRow("33 points") << dome << patrol(PatrolPoint(1, 10, 5), 33);
+        QTest::newRow("point speed 0") << dome << patrol(PatrolPoint(1, 0, 5));
+        QTest::newRow("point speed 41") << dome << patrol(PatrolPoint(1, 41, 5));
+        QTest::newRow("dwell 0") << dome << patrol(PatrolPoint(1, 10, 0));
+        QTest::newRow("dwell 31") << dome << patrol(PatrolPoint(1, 10, 31));
+        QTest::newRow("point preset 257") << dome << patrol(PatrolPoint(257, 10, 5));
         QTest::newRow("move speed 0") << dome << Request([](CSimulatedCamera *c) { return c->movePanTilt(1, 0, 0); });
         QTest::newRow("move speed 41") << dome << Request([](CSimulatedCamera *c) { return c->movePanTilt(0, 1, 41); });
         QTest::newRow("direction 2") << dome << Request([](CSimulatedCamera *c) { return c->movePanTilt(2, 0, 10); });
@@ -221,42 +201,26 @@ private Q_SLOTS:
         QTest::newRow("stop record not recording")
             << dome << Request([](CSimulatedCamera *c) { return c->stopPatternRecord(1); });
         QTest::newRow("empty patrol") << dome << Request([](CSimulatedCamera *c) { return c->startPatrol(3); });
-        QTest::newRow("park wait 4 s") << dome << Request([](CSimulatedCamera *c) {
-            ParkAction a;
-            a.enabled = true;
-            a.waitingSeconds = 4;
-            a.type = ParkActionType::Preset;
-            a.target = 1;
-            return c->setParkAction(a);
-        });
-        QTest::newRow("park wait 721 s") << dome << Request([](CSimulatedCamera *c) {
-            ParkAction a;
-            a.enabled = true;
-            a.waitingSeconds = 721;
-            return c->setParkAction(a);
-        });
+        QTest::newRow("park wait 4 s") << dome
+                                       << Request([](CSimulatedCamera *c) { return c->setParkAction(Park(4)); });
+        QTest::newRow("park wait 721 s") << dome
+                                         << Request([](CSimulatedCamera *c) { return c->setParkAction(Park(721)); });
         QTest::newRow("park patrol 9") << dome << Request([](CSimulatedCamera *c) {
-            ParkAction a;
-            a.enabled = true;
-            a.waitingSeconds = 30;
-            a.type = ParkActionType::Patrol;
-            a.target = 9;
-            return c->setParkAction(a);
+            return c->setParkAction(Park(30, ParkActionType::Patrol, 9));
         });
         QTest::newRow("no patterns on ptz-no-pattern")
             << QStringLiteral("ptz-no-pattern") << Request([](CSimulatedCamera *c) { return c->listPatterns(); });
         QTest::newRow("no pan on box-zoom")
-            << QStringLiteral("box-zoom") << Request([](CSimulatedCamera *c) { return c->movePanTilt(1, 0, 10); });
+            << box << Request([](CSimulatedCamera *c) { return c->movePanTilt(1, 0, 10); });
         QTest::newRow("no tilt on box-zoom")
-            << QStringLiteral("box-zoom") << Request([](CSimulatedCamera *c) { return c->movePanTilt(0, -1, 10); });
+            << box << Request([](CSimulatedCamera *c) { return c->movePanTilt(0, -1, 10); });
         QTest::newRow("no auto-scan on box-zoom")
-            << QStringLiteral("box-zoom") << Request([](CSimulatedCamera *c) { return c->setAutoScan(true, 10); });
+            << box << Request([](CSimulatedCamera *c) { return c->setAutoScan(true, 10); });
         QTest::newRow("no park action on box-zoom")
-            << QStringLiteral("box-zoom") << Request([](CSimulatedCamera *c) { return c->getParkAction(); });
-        QTest::newRow("no motor on fisheye") << QStringLiteral(
-            "fisheye") << Request([](CSimulatedCamera *c) { return c->setPreset(1, QStringLiteral("x")); });
-        QTest::newRow("no zoom on fisheye")
-            << QStringLiteral("fisheye") << Request([](CSimulatedCamera *c) { return c->zoom(1, 10); });
+            << box << Request([](CSimulatedCamera *c) { return c->getParkAction(); });
+        QTest::newRow("no motor on fisheye")
+            << fishEye << Request([](CSimulatedCamera *c) { return c->setPreset(1, QStringLiteral("x")); });
+        QTest::newRow("no zoom on fisheye") << fishEye << Request([](CSimulatedCamera *c) { return c->zoom(1, 10); });
     }
     void badInputFails()
     {
@@ -280,13 +244,13 @@ private Q_SLOTS:
         QTest::addColumn<Request>("request");
 
         const QVector<QPair<const char *, Request>> requests = {
-            { "move", [](CSimulatedCamera *c) { return c->movePanTilt(1, 1, 10); } },
-            { "stop", [](CSimulatedCamera *c) { return c->stopPanTilt(); } },
-            { "status", [](CSimulatedCamera *c) { return c->requestStatus(); } },
-            { "bad preset", [](CSimulatedCamera *c) { return c->gotoPreset(0); } },
-            { "list patrols", [](CSimulatedCamera *c) { return c->listPatrols(); } },
+            {"move", [](CSimulatedCamera *c) { return c->movePanTilt(1, 1, 10); }},
+            {"stop", [](CSimulatedCamera *c) { return c->stopPanTilt(); }},
+            {"status", [](CSimulatedCamera *c) { return c->requestStatus(); }},
+            {"bad preset", [](CSimulatedCamera *c) { return c->gotoPreset(0); }},
+            {"list patrols", [](CSimulatedCamera *c) { return c->listPatrols(); }},
         };
-        const char *faults[] = { "ok", "injected", "disconnected" };
+        const char *faults[] = {"ok", "injected", "disconnected"};
         for (int fault = 0; fault < 3; ++fault)
             for (const auto &r : requests)
                 QTest::addRow("%s, %s", r.first, faults[fault]) << fault << r.second;
@@ -305,7 +269,6 @@ private Q_SLOTS:
         const quint64 id = request(h.camera.get());
         QCOMPARE(spy.count(), 0);
         QVERIFY(h.await(id));
-        QCOMPARE(h.answersFor(id), 1);
         QCoreApplication::processEvents();
         QCOMPARE(spy.count(), 1);
     }
@@ -315,8 +278,7 @@ private Q_SLOTS:
         h.camera->setLatency(5);
         QVector<quint64> ids;
         ids << h.camera->movePanTilt(1, 0, 10) << h.camera->zoom(1, 5) << h.camera->stopPanTilt()
-            << h.camera->setPreset(1, QStringLiteral("a")) << h.camera->gotoPreset(99) << h.camera->zoom(0, 0)
-            << h.camera->listPresets();
+            << h.camera->setPreset(1, QStringLiteral("a")) << h.camera->gotoPreset(99) << h.camera->listPresets();
         QVERIFY(h.await(ids.last()));
         QCOMPARE(h.replies.size(), ids.size());
         for (int i = 0; i < ids.size(); ++i)
@@ -329,20 +291,18 @@ private Q_SLOTS:
     {
         SimCameraHarness h;
         QVERIFY(h.ok(h.camera->setPreset(1, QStringLiteral("home"))));
-        QVERIFY(h.ok(h.camera->writePatrol(1, { PatrolPoint(1, 10, 5) })));
+        QVERIFY(h.ok(h.camera->writePatrol(1, {PatrolPoint(1, 10, 5)})));
         QVERIFY(h.ok(h.camera->startPatrol(1)));
         QSignalSpy interrupted(h.camera.get(), &IPtzDriver::activityInterrupted);
 
         h.camera->setLatency(30);
         const quint64 move = h.camera->movePanTilt(1, 0, 40);
         const quint64 light = h.camera->setLight(true);
-        const quint64 stop = h.camera->stopPanTilt();
-        QVERIFY(h.await(stop));
+        QVERIFY(h.await(h.camera->stopPanTilt()));
         QCOMPARE(h.replies.size(), 6);
         QCOMPARE(h.replies.at(3).requestId, move);
         QVERIFY(h.replies.at(3).ok);
         QCOMPARE(h.replies.at(4).requestId, light);
-        QCOMPARE(h.replies.at(5).requestId, stop);
         // The move never reached the head: the patrol was not interrupted, the
         // independent light request was carried out.
         QCOMPARE(interrupted.count(), 0);
@@ -356,111 +316,80 @@ private Q_SLOTS:
         QCOMPARE(interrupted.count(), 1);
         QCOMPARE(h.answersFor(move2), 1);
     }
-    void disconnectFailsPendingAndLater()
+    void disconnectAndDestructionFailPending()
     {
         SimCameraHarness h;
         h.camera->setLatency(60000);
         QSignalSpy connection(h.camera.get(), &IPtzDriver::connectionChanged);
-        const QVector<quint64> pending = { h.camera->movePanTilt(1, 0, 10), h.camera->setPreset(1, QStringLiteral("x")),
-            h.camera->stopPanTilt(), h.camera->listPresets() };
-        QCOMPARE(h.camera->pendingRequestCount(), 4);
+        const QVector<quint64> pending = {h.camera->movePanTilt(1, 0, 10), h.camera->setPreset(1, QStringLiteral("x")),
+                                          h.camera->stopPanTilt(), h.camera->listPresets()};
         h.camera->disconnectDevice();
         QCOMPARE(connection.count(), 1);
-        QCOMPARE(connection.at(0).at(0).toBool(), false);
         QVERIFY(!h.status().connected);
         for (quint64 id : pending) {
             DriverReply r;
             QVERIFY(h.await(id, &r));
-            QVERIFY(!r.ok);
-            QVERIFY(!r.error.isEmpty());
+            QVERIFY(!r.ok && !r.error.isEmpty());
             QCOMPARE(h.answersFor(id), 1);
         }
         QCOMPARE(h.camera->pendingRequestCount(), 0);
-
-        const int before = h.replies.size();
-        const quint64 later = h.camera->gotoPreset(1);
-        QCOMPARE(h.replies.size(), before);
-        QVERIFY(!h.ok(later));
+        QVERIFY(!h.ok(h.camera->gotoPreset(1)));
 
         h.camera->reconnectDevice();
         QCOMPARE(connection.count(), 2);
         h.camera->setLatency(0);
         QVERIFY(h.ok(h.camera->setPreset(1, QStringLiteral("x"))));
-        QCOMPARE(h.camera->presets().size(), 1);
+
+        // A camera going away answers what it still holds.
+        h.camera->setLatency(60000);
+        const int before = h.replies.size();
+        const QVector<quint64> ids = {h.camera->movePanTilt(1, 0, 5), h.camera->listPresets()};
+        h.camera.reset();
+        QCOMPARE(h.replies.size(), before + ids.size());
+        for (int i = 0; i < ids.size(); ++i) {
+            QCOMPARE(h.replies.at(before + i).requestId, ids.at(i));
+            QVERIFY(!h.replies.at(before + i).ok);
+        }
     }
-    void failNextRequests()
+    void injectedFailures()
     {
         SimCameraHarness h;
         h.camera->failNextRequests(2, QStringLiteral("boom"));
-        DriverReply a, b;
+        DriverReply a;
         QVERIFY(h.await(h.camera->setPreset(1, QStringLiteral("a")), &a));
-        QVERIFY(h.await(h.camera->setLight(true), &b));
-        QVERIFY(!a.ok);
         QCOMPARE(a.error, QStringLiteral("boom"));
-        QVERIFY(!b.ok);
+        QVERIFY(!h.ok(h.camera->setLight(true)));
         QVERIFY(h.camera->presets().isEmpty());
         QVERIFY(!h.status().light);
-        QVERIFY(h.ok(h.camera->setLight(true)));
-        QVERIFY(h.status().light);
-    }
-    void failOperationOnce()
-    {
-        SimCameraHarness h;
-        QVERIFY(h.ok(h.camera->setPreset(1, QStringLiteral("a"))));
-        h.camera->failOperation(DriverOperation::GotoPreset);
-        h.camera->setPosition(90, 0);
-        QVERIFY(h.ok(h.camera->listPresets()));
-        QVERIFY(!h.ok(h.camera->gotoPreset(1)));
-        h.clock.advance(5000);
-        QCOMPARE(h.status().pan, 90.0);
-        QVERIFY(h.ok(h.camera->gotoPreset(1)));
-        h.clock.advance(5000);
-        QCOMPARE(h.status().pan, 0.0);
-    }
-    void failOperationUntilCleared()
-    {
-        SimCameraHarness h;
+
         h.camera->failOperation(DriverOperation::Light, QStringLiteral("relay stuck"), -1);
-        for (int i = 0; i < 3; ++i) {
-            DriverReply r;
-            QVERIFY(h.await(h.camera->setLight(true), &r));
-            QVERIFY(!r.ok);
-            QCOMPARE(r.error, QStringLiteral("relay stuck"));
-        }
-        QVERIFY(h.ok(h.camera->setWiper(true)));
+        QVERIFY(!h.ok(h.camera->setLight(true)));
+        QVERIFY(!h.ok(h.camera->setLight(true)));
+        QVERIFY(h.ok(h.camera->setWiper(true))); // other operations are untouched
         h.camera->clearFaults();
         QVERIFY(h.ok(h.camera->setLight(true)));
         QVERIFY(h.status().light);
 
-        h.camera->failOperation(DriverOperation::Wiper, QString(), 2);
-        QVERIFY(!h.ok(h.camera->setWiper(false)));
-        QVERIFY(!h.ok(h.camera->setWiper(false)));
-        QVERIFY(h.ok(h.camera->setWiper(false)));
-    }
-    void destroyingAnswersPending()
-    {
-        SimCameraHarness h;
-        h.camera->setLatency(60000);
-        const QVector<quint64> ids
-            = { h.camera->movePanTilt(1, 0, 5), h.camera->listPresets(), h.camera->stopPanTilt() };
-        QVERIFY(h.replies.isEmpty());
-        h.camera.reset();
-        QCOMPARE(h.replies.size(), ids.size());
-        for (int i = 0; i < ids.size(); ++i) {
-            QCOMPARE(h.replies.at(i).requestId, ids.at(i));
-            QVERIFY(!h.replies.at(i).ok);
-            QVERIFY(!h.replies.at(i).error.isEmpty());
-        }
-    }
-    void injectedFailureOnStopStillHalts()
-    {
-        SimCameraHarness h;
-        QVERIFY(h.ok(h.camera->movePanTilt(1, 0, 10)));
-        h.clock.advance(1000);
-        h.camera->failNextRequests(1);
-        QVERIFY(!h.ok(h.camera->stopPanTilt()));
-        h.clock.advance(1000);
-        QVERIFY(near(h.status().pan, 20.0));
+        // A failed call moves nothing.
+        QVERIFY(h.ok(h.camera->setPreset(1, QStringLiteral("a"))));
+        h.camera->failOperation(DriverOperation::GotoPreset);
+        h.camera->setPosition(90, 0);
+        QVERIFY(!h.ok(h.camera->gotoPreset(1)));
+        h.clock.advance(5000);
+        QCOMPARE(h.status().pan, 90.0);
+        QVERIFY(h.ok(h.camera->gotoPreset(1)));
+
+        h.store.setFailSaves(true);
+        QVERIFY(!h.ok(h.camera->setPreset(2, QStringLiteral("b"))));
+
+        // A failed stop still halts the head.
+        SimCameraHarness g;
+        QVERIFY(g.ok(g.camera->movePanTilt(1, 0, 10)));
+        g.clock.advance(1000);
+        g.camera->failNextRequests(1);
+        QVERIFY(!g.ok(g.camera->stopPanTilt()));
+        g.clock.advance(1000);
+        QVERIFY(near(g.status().pan, 20.0));
     }
     void requestLogRecordsArguments()
     {
@@ -472,10 +401,8 @@ private Q_SLOTS:
         const auto log = h.camera->requestLog();
         QCOMPARE(log.size(), 2);
         QCOMPARE(log.at(0).operation, DriverOperation::MovePanTilt);
-        QCOMPARE(log.at(0).arguments, (QVariantList { -1, 1, 7 }));
-        QCOMPARE(log.at(0).time, 500);
-        QCOMPARE(log.at(1).operation, DriverOperation::GotoPreset);
-        QCOMPARE(log.at(1).arguments, (QVariantList { 4 }));
+        QCOMPARE(log.at(0).arguments, (QVariantList{-1, 1, 7}));
+        QCOMPARE(log.at(1).arguments, (QVariantList{4}));
         QCOMPARE(log.at(1).time, 750);
     }
     void stateSurvivesRecreation()
@@ -483,46 +410,26 @@ private Q_SLOTS:
         SimCameraHarness h;
         h.camera->setPosition(45, -10, 3);
         QVERIFY(h.ok(h.camera->setPreset(1, QStringLiteral("Door"))));
-        h.camera->setPosition(200, -60, 1);
-        QVERIFY(h.ok(h.camera->setPreset(2, QStringLiteral("Yard"))));
-        QVERIFY(h.ok(h.camera->writePatrol(5, { PatrolPoint(1, 10, 3), PatrolPoint(2, 40, 30) })));
+        QVERIFY(h.ok(h.camera->writePatrol(5, {PatrolPoint(1, 10, 3), PatrolPoint(1, 40, 30)})));
         QVERIFY(h.ok(h.camera->startPatternRecord(2)));
         QVERIFY(h.ok(h.camera->movePanTilt(1, 0, 5)));
         h.clock.advance(1000);
         QVERIFY(h.ok(h.camera->stopPanTilt()));
         QVERIFY(h.ok(h.camera->stopPatternRecord(2)));
-        ParkAction park;
-        park.enabled = true;
-        park.waitingSeconds = 120;
-        park.type = ParkActionType::Patrol;
-        park.target = 5;
-        QVERIFY(h.ok(h.camera->setParkAction(park)));
-        QVERIFY(h.ok(h.camera->setPatrolRecovery({ true, 45 })));
+        QVERIFY(h.ok(h.camera->setParkAction(Park(120, ParkActionType::Patrol, 5))));
+        QVERIFY(h.ok(h.camera->setPatrolRecovery({true, 45})));
         QVERIFY(h.ok(h.camera->setAutoTrack(true)));
-
-        const auto presets = h.camera->presets();
         const auto patrols = h.camera->patrols();
 
         h.create(QStringLiteral("speed-dome"));
-        QCOMPARE(h.camera->presets().size(), 2);
-        for (int i = 0; i < 2; ++i) {
-            QCOMPARE(h.camera->presets().at(i).name, presets.at(i).name);
-            QVERIFY(near(h.camera->presets().at(i).pan, presets.at(i).pan));
-            QVERIFY(near(h.camera->presets().at(i).tilt, presets.at(i).tilt));
-            QVERIFY(near(h.camera->presets().at(i).zoom, presets.at(i).zoom));
-        }
-        QCOMPARE(h.camera->patrols().size(), 1);
-        QCOMPARE(h.camera->patrols().at(0).number, 5);
+        QCOMPARE(h.camera->presets().size(), 1);
+        QCOMPARE(h.camera->presets().at(0).name, QStringLiteral("Door"));
         QCOMPARE(h.camera->patrols().at(0).points, patrols.at(0).points);
-        QCOMPARE(h.camera->recordedPatterns(), QVector<int> { 2 });
-        QCOMPARE(h.camera->parkAction().waitingSeconds, 120);
-        QCOMPARE(h.camera->parkAction().type, ParkActionType::Patrol);
         QCOMPARE(h.camera->parkAction().target, 5);
-        QVERIFY(h.camera->patrolRecovery().enabled);
         QCOMPARE(h.camera->patrolRecovery().waitingSeconds, 45);
         QVERIFY(h.status().autoTrack);
-
         // The recreated camera really uses what it loaded.
+        h.camera->setPosition(200, -60, 1);
         QVERIFY(h.ok(h.camera->gotoPreset(1)));
         h.clock.advance(5000);
         QVERIFY(near(h.status().pan, 45));
@@ -535,17 +442,6 @@ private Q_SLOTS:
         QVERIFY(h.camera->patrols().isEmpty());
         QVERIFY(h.camera->recordedPatterns().isEmpty());
     }
-    void storeFailureIsReported()
-    {
-        SimCameraHarness h;
-        h.store.setFailSaves(true);
-        DriverReply r;
-        QVERIFY(h.await(h.camera->setPreset(1, QStringLiteral("a")), &r));
-        QVERIFY(!r.ok);
-        QVERIFY(!r.error.isEmpty());
-        h.store.setFailSaves(false);
-        QVERIFY(h.ok(h.camera->setPreset(2, QStringLiteral("b"))));
-    }
     void modelAbilities_data()
     {
         QTest::addColumn<QString>("model");
@@ -554,15 +450,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("fishEye");
         QTest::addColumn<int>("patternSlots");
 
-        QTest::newRow("speed-dome") << QStringLiteral("speed-dome") << QVector<int> { 1, 6, 26, 33, 35, 46, 48, 49, 50 }
-                                    << QVector<int> {} << false << 4;
-        QTest::newRow("ptz-no-pattern") << QStringLiteral("ptz-no-pattern") << QVector<int> { 1, 33, 35, 48, 49, 50 }
-                                        << QVector<int> { 46 } << false << 0;
-        QTest::newRow("box-zoom") << QStringLiteral("box-zoom") << QVector<int> { 1, 50 } << QVector<int> { 46, 48, 49 }
+        QTest::newRow("speed-dome") << QStringLiteral("speed-dome") << QVector<int>{1, 6, 26, 33, 35, 46, 48, 49, 50}
+                                    << QVector<int>{} << false << 4;
+        QTest::newRow("ptz-no-pattern") << QStringLiteral("ptz-no-pattern") << QVector<int>{1, 33, 35, 48, 49, 50}
+                                        << QVector<int>{46} << false << 0;
+        QTest::newRow("box-zoom") << QStringLiteral("box-zoom") << QVector<int>{1, 50} << QVector<int>{46, 48, 49}
                                   << false << 0;
-        QTest::newRow("fisheye") << QStringLiteral("fisheye") << QVector<int> {} << QVector<int> { 1, 46, 48, 49, 50 }
+        QTest::newRow("fisheye") << QStringLiteral("fisheye") << QVector<int>{} << QVector<int>{1, 46, 48, 49, 50}
                                  << true << 0;
-        QTest::newRow("cascaded") << QStringLiteral("cascaded") << QVector<int> { 1, 46, 48, 49, 50 } << QVector<int> {}
+        QTest::newRow("cascaded") << QStringLiteral("cascaded") << QVector<int>{1, 46, 48, 49, 50} << QVector<int>{}
                                   << false << 4;
     }
     void modelAbilities()
@@ -575,30 +471,20 @@ private Q_SLOTS:
 
         SimCameraHarness h(model);
         const DriverCapabilities caps = h.camera->capabilities();
-        QCOMPARE(caps.model, model);
         for (int code : has)
             QVERIFY2(caps.hasAbility(code), qPrintable(QString::number(code)));
         for (int code : lacks)
             QVERIFY2(!caps.hasAbility(code), qPrintable(QString::number(code)));
         QCOMPARE(caps.fishEye, fishEye);
         QCOMPARE(caps.patternSlots, patternSlots);
-        if (caps.hasAbility(AbilityPtz)) {
-            QCOMPARE(caps.presetSlots, 256);
-            QCOMPARE(caps.patrolSlots, 8);
-            QCOMPARE(caps.pointsPerPatrol, 32);
-            QCOMPARE(caps.minSpeed, 1);
-            QCOMPARE(caps.maxSpeed, 40);
-        }
     }
     void ownRealTimeClockDrivesCamera()
     {
         CSimulatedCamera camera(QStringLiteral("rt"), QStringLiteral("speed-dome"), nullptr, nullptr);
-        QVERIFY(camera.clock());
         QCOMPARE(camera.clock()->mode(), CSimClock::Mode::RealTime);
         QSignalSpy status(&camera, &IPtzDriver::statusChanged);
         camera.movePanTilt(1, 0, 40);
         QTRY_VERIFY(camera.status().pan > 2.0);
-        QVERIFY(status.count() > 1);
         QVERIFY(status.last().at(0).value<DeviceStatus>().panTiltMoving);
     }
 };

@@ -1,5 +1,5 @@
+#include "support/ptztestenv.h"
 #include "support/records.h"
-#include "support/testenv.h"
 
 #include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
 #include "zeph_ptz_controller/cptzstatestoragemanager.h"
@@ -32,14 +32,6 @@ Pos PosOf(const CSimpleFishEyeController &view)
     return p;
 }
 
-CruisePoint Point(uint32_t preset, int dwell)
-{
-    CruisePoint p;
-    p.preset_index = preset;
-    p.speed = 10;
-    p.dwell_time = dwell;
-    return p;
-}
 } // namespace
 
 class TestBaseSoftwarePtzControllor : public QObject
@@ -85,7 +77,7 @@ private Q_SLOTS:
             const Pos now = PosOf(*m_view);
             const double pan = std::fmod(now.pan - start.pan + 540.0, 360.0) - 180.0;
             return (panSign == 0 || pan * panSign > 2.0) && (tiltSign == 0 || (now.tilt - start.tilt) * tiltSign > 2.0)
-                && (zoomSign == 0 || now.zoom > start.zoom);
+                   && (zoomSign == 0 || now.zoom > start.zoom);
         };
         QTRY_VERIFY(moved());
         QVERIFY(m_soft->Control(unsigned(code), true, 0));
@@ -122,32 +114,29 @@ private Q_SLOTS:
         QCOMPARE(autoPan.at(0).at(0).toBool(), true);
         QVERIFY(m_soft->IsPtzAutoPanning());
         QVERIFY(m_view->IsSelectedWndAutoPanning());
-        QVERIFY(CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, true));
-        QVERIFY(!CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, false));
+        QVERIFY(ptz_test::Storage()->IsAutoScan(kFishEye, true));
+        QVERIFY(!ptz_test::Storage()->IsAutoScan(kFishEye, false));
         QTRY_VERIFY(PosOf(*m_view).pan > start + 2.0);
 
         QVERIFY(m_soft->Control(PTZ_CMD_TILT_DOWN, false, 5));
         QCOMPARE(autoPan.count(), 2);
         QCOMPARE(autoPan.at(1).at(0).toBool(), false);
         QVERIFY(!m_soft->IsPtzAutoPanning());
-        QVERIFY(!CPTZStateStorageManager::Instance()->IsAutoScan(kFishEye, true));
+        QVERIFY(!ptz_test::Storage()->IsAutoScan(kFishEye, true));
         m_soft->Control(PTZ_CMD_TILT_DOWN, true, 0);
     }
     void presetsStoreAndRecallTheView()
     {
         m_soft->SetSemisphereFishEyePTZPos(120.0, -30.0, 2.0);
-        PresetInfo preset;
-        preset.preset_index = 5;
-        preset.preset_name = "Entrance";
-        QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, preset));
+        PresetInfo entrance = Preset(5, PRESET_TYPE_INVALID, QStringLiteral("Entrance"));
+        QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, entrance));
         const auto stored = m_env.store()->virtualPreset(kFishEye, 5);
         QVERIFY(stored);
         QCOMPARE(stored->type, int(PRESET_TYPE_FISHEYE));
         QCOMPARE(stored->pan, 120.0);
 
         m_soft->SetSemisphereFishEyePTZPos(10.0, -80.0, 1.0);
-        PresetInfo recalled;
-        recalled.preset_index = 5;
+        PresetInfo recalled = Preset(5, PRESET_TYPE_INVALID, QString());
         QVERIFY(m_soft->RunPreset(recalled));
         QCOMPARE(QString::fromStdString(recalled.preset_name), QStringLiteral("Entrance"));
         const Pos now = PosOf(*m_view);
@@ -156,8 +145,7 @@ private Q_SLOTS:
         QCOMPARE(now.zoom, 2.0);
 
         QVERIFY(!m_soft->RunPreset(6u));
-        PresetInfo outside;
-        outside.preset_index = 257;
+        PresetInfo outside = Preset(257, PRESET_TYPE_INVALID, QString());
         QVERIFY(!m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, outside));
         QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetClear, recalled));
         QVERIFY(!m_env.store()->virtualPreset(kFishEye, 5));
@@ -167,11 +155,11 @@ private Q_SLOTS:
         storePreset(1, 30.0, -20.0, 1.0);
         storePreset(2, 200.0, -60.0, 3.0);
         QSignalSpy running(m_soft, &CBaseSoftwarePtzControllor::SignalPatrolRunningState);
-        std::vector<CruisePoint> tooShort = { Point(1, 1) };
+        std::vector<CruisePoint> tooShort = ptz_test::CruisePoints(1, 10, 1);
         QVERIFY(!m_soft->Cruise(PTZ_CMD_CRUISE_START, 2, tooShort)); // software dwell is 2..30 s
         QCOMPARE(running.count(), 0);
 
-        std::vector<CruisePoint> points = { Point(1, 2), Point(2, 2) };
+        std::vector<CruisePoint> points = ptz_test::CruisePoints(2, 10, 2);
         QVERIFY(m_soft->Cruise(PTZ_CMD_CRUISE_START, 2, points));
         QCOMPARE(running.count(), 1);
         QCOMPARE(running.at(0).at(1).toInt(), 2);
@@ -197,7 +185,7 @@ private Q_SLOTS:
         record.cameraId = kFishEye;
         record.number = 4;
         record.type = CRUISE_TYPE_SOFTWARE;
-        record.points = { { 1, 10, 5, QString() }, { 2, 10, 6, QString() } };
+        record.points = {{1, 10, 5, QString()}, {2, 10, 6, QString()}};
         QVERIFY(m_env.store()->upsertPatrol(record));
         std::vector<CruisePoint> points;
         QVERIFY(m_soft->GetPatrolPathByIndex(4, points));
@@ -235,15 +223,8 @@ private Q_SLOTS:
 private:
     void storePreset(int number, double pan, double tilt, double zoom)
     {
-        site_store::VirtualPresetRecord r;
-        r.cameraId = kFishEye;
-        r.number = number;
-        r.name = QStringLiteral("P%1").arg(number);
-        r.type = PRESET_TYPE_FISHEYE;
-        r.pan = pan;
-        r.tilt = tilt;
-        r.zoom = zoom;
-        QVERIFY(m_env.store()->upsertVirtualPreset(r));
+        QVERIFY(m_env.store()->upsertVirtualPreset(
+            {kFishEye, number, QStringLiteral("P%1").arg(number), PRESET_TYPE_FISHEYE, pan, tilt, zoom}));
     }
 
     PtzTestEnv m_env;

@@ -1,5 +1,5 @@
+#include "support/ptztestenv.h"
 #include "support/records.h"
-#include "support/testenv.h"
 
 #include "zeph_ptz_controller/cptzgetcontroller.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
@@ -7,28 +7,27 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
+#include <numeric>
+
 using namespace ptz_plugin_protocol;
 using zeph_ptz_controller::CPTZGetController;
 using zeph_ptz_controller::CUniversalPTZController;
 namespace demo = site_store::demo;
 
+namespace {
+int Count(int sum, const QSignalSpy &spy)
+{
+    return sum + spy.count();
+}
+} // namespace
+
+using Query = std::function<void(CPTZGetController &, const QString &camera, int number)>;
+Q_DECLARE_METATYPE(Query)
+
 class TestPTZGetController : public QObject
 {
     Q_OBJECT
-
-public:
-    enum Query {
-        Presets,
-        SyncPresets,
-        AllPatrols,
-        PatrolType,
-        PatrolTypeBeforeDelete,
-        PatrolForPlay,
-        PatrolPath,
-        Patterns,
-        LockStatus
-    };
-    Q_ENUM(Query)
 
 private Q_SLOTS:
     void init() { m_env.setUp(); }
@@ -40,14 +39,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("camera");
         QTest::addColumn<int>("number");
         QTest::addColumn<bool>("succeeds");
-        const QMetaEnum queries = QMetaEnum::fromType<Query>();
-        for (int i = 0; i < queries.keyCount(); ++i) {
-            const auto q = Query(queries.value(i));
-            QTest::addRow("%s, known camera", queries.key(i)) << q << kDome << 1 << true;
-            QTest::addRow("%s, unknown camera", queries.key(i)) << q << QStringLiteral("no-such-camera") << 1 << false;
+        using G = CPTZGetController;
+        const QVector<QPair<const char *, Query>> queries = {
+            {"presets", [](G &g, const QString &c, int) { g.StartGetPresets(c); }},
+            {"sync presets", [](G &g, const QString &c, int) { g.SyncPresetsFromDevice(c); }},
+            {"all patrols", [](G &g, const QString &c, int) { g.StartGetAllPatrols(c); }},
+            {"patrol type", [](G &g, const QString &c, int n) { g.StartGetPatrolType(c, n); }},
+            {"patrol type before delete", [](G &g, const QString &c, int n) { g.DeleteGetPatrolType(c, n); }},
+            {"patrol for play", [](G &g, const QString &c, int n) { g.StartExecPTZPatrolCommand(c, n, false); }},
+            {"patrol path", [](G &g, const QString &c, int n) { g.StartGetPatrol(c, n); }},
+            {"patterns", [](G &g, const QString &c, int) { g.StartGetPatterns(c); }},
+            {"lock status", [](G &g, const QString &c, int) { g.StartGetPTZLockStatus(c); }},
+        };
+        for (const auto &q : queries) {
+            QTest::addRow("%s, known camera", q.first) << q.second << kDome << 1 << true;
+            QTest::addRow("%s, unknown camera", q.first) << q.second << QStringLiteral("no-such-camera") << 1 << false;
         }
-        QTest::newRow("patterns of a camera without them") << Patterns << kBasic << 1 << false;
-        QTest::newRow("patrol number 9") << PatrolPath << kDome << 9 << false;
+        QTest::newRow("patterns of a camera without them") << queries.at(7).second << kBasic << 1 << false;
+        QTest::newRow("patrol number 9") << queries.at(6).second << kDome << 9 << false;
     }
     void queriesAnswerLaterAndOnce()
     {
@@ -56,85 +65,38 @@ private Q_SLOTS:
         QFETCH(int, number);
         QFETCH(bool, succeeds);
         seedCamera();
-        CPTZGetController getter;
-        QList<QSignalSpy *> good = {
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPresetsSuc),
-            new QSignalSpy(&getter, &CPTZGetController::SignalSyncPresetsSuc),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatrolsSuc),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolTypeSuc),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetSinglePatrolSuc),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatternsSuc),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPTZLockStatusSuc),
-        };
-        QList<QSignalSpy *> bad = {
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPresetsFailed),
-            new QSignalSpy(&getter, &CPTZGetController::SignalSyncPresetsFailed),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatrolsFailed),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPatrolFailed),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetAllPatternsFailed),
-            new QSignalSpy(&getter, &CPTZGetController::SignalGetPTZLockStatusFailed),
-        };
-        auto total = [](const QList<QSignalSpy *> &spies) {
-            int n = 0;
-            for (QSignalSpy *s : spies)
-                n += s->count();
-            return n;
-        };
-        switch (query) {
-        case Presets:
-            getter.StartGetPresets(camera);
-            break;
-        case SyncPresets:
-            getter.SyncPresetsFromDevice(camera);
-            break;
-        case AllPatrols:
-            getter.StartGetAllPatrols(camera);
-            break;
-        case PatrolType:
-            getter.StartGetPatrolType(camera, number);
-            break;
-        case PatrolTypeBeforeDelete:
-            getter.DeleteGetPatrolType(camera, number);
-            break;
-        case PatrolForPlay:
-            getter.StartExecPTZPatrolCommand(camera, number, false);
-            break;
-        case PatrolPath:
-            getter.StartGetPatrol(camera, number);
-            break;
-        case Patterns:
-            getter.StartGetPatterns(camera);
-            break;
-        case LockStatus:
-            getter.StartGetPTZLockStatus(camera);
-            break;
-        }
-        QCOMPARE(total(good) + total(bad), 0);
-        QTRY_COMPARE(total(good) + total(bad), 1);
+        using G = CPTZGetController;
+        G getter;
+        QSignalSpy good[] = {{&getter, &G::SignalGetPresetsSuc},
+                             {&getter, &G::SignalSyncPresetsSuc},
+                             {&getter, &G::SignalGetAllPatrolsSuc},
+                             {&getter, &G::SignalGetPatrolTypeBeforeOpen},
+                             {&getter, &G::SignalGetPatrolTypeBeforeDelete},
+                             {&getter, &G::SignalGetPatrolTypeSuc},
+                             {&getter, &G::SignalGetSinglePatrolSuc},
+                             {&getter, &G::SignalGetAllPatternsSuc},
+                             {&getter, &G::SignalGetPTZLockStatusSuc}};
+        QSignalSpy bad[] = {{&getter, &G::SignalGetPresetsFailed},     {&getter, &G::SignalSyncPresetsFailed},
+                            {&getter, &G::SignalGetAllPatrolsFailed},  {&getter, &G::SignalGetPatrolFailed},
+                            {&getter, &G::SignalGetAllPatternsFailed}, {&getter, &G::SignalGetPTZLockStatusFailed}};
+        auto goods = [&] { return std::accumulate(std::begin(good), std::end(good), 0, Count); };
+        auto bads = [&] { return std::accumulate(std::begin(bad), std::end(bad), 0, Count); };
+        query(getter, camera, number);
+        QCOMPARE(goods() + bads(), 0);
+        QTRY_COMPARE(goods() + bads(), 1);
         QTRY_COMPARE(getter.PendingQueryCount(), 0);
         QCoreApplication::processEvents();
-        QCOMPARE(total(good), succeeds ? 1 : 0);
-        QCOMPARE(total(bad), succeeds ? 0 : 1);
-        qDeleteAll(good);
-        qDeleteAll(bad);
+        QCOMPARE(goods(), succeeds ? 1 : 0);
+        QCOMPARE(bads(), succeeds ? 0 : 1);
     }
     void presetsListDeviceThenClientPresets()
     {
         seedCamera();
         CPTZGetController getter;
         getter.SetCamera(kDome);
-        PresetInfo virtual1;
-        virtual1.preset_index = 1;
-        virtual1.preset_type = PRESET_TYPE_VIRTUAL;
-        virtual1.preset_name = "Virtual gate";
-        QVERIFY(getter.AddOnePreset(kDome, virtual1));
-        PresetInfo device;
-        device.preset_index = 7;
-        device.preset_type = PRESET_TYPE_DEVICE;
+        QVERIFY(getter.AddOnePreset(kDome, Preset(1, PRESET_TYPE_VIRTUAL, QStringLiteral("Virtual gate"))));
         QString error;
-        QVERIFY(!getter.AddOnePreset(kDome, device, error)); // device presets go through the camera
+        QVERIFY(!getter.AddOnePreset(kDome, Preset(7, PRESET_TYPE_DEVICE, QString()), error)); // through the camera
         QVERIFY(!error.isEmpty());
 
         QSignalSpy ok(&getter, &CPTZGetController::SignalGetPresetsSuc);
@@ -181,12 +143,7 @@ private Q_SLOTS:
 
         CUniversalPTZController controller;
         QSignalSpy done(&controller, &CUniversalPTZController::signalPresetFinished);
-        PresetControlRequest set;
-        set.operation = "SetPreset";
-        set.camera_index_code = kDome.toStdString();
-        set.preset_index = 12;
-        set.preset_name = "Stairs";
-        controller.Preset(set);
+        controller.Preset(ptz_test::PresetRequest("SetPreset", 12, "Stairs"));
         QTRY_COMPARE(done.count(), 1);
         QTRY_COMPARE(secondSpy.count(), 1);
         QCOMPARE(firstSpy.count(), 2);
@@ -269,19 +226,16 @@ private Q_SLOTS:
         QSignalSpy hardware(&getter, &CPTZGetController::SignalSetHardwarePatrolFinished);
         QSignalSpy software(&getter, &CPTZGetController::SignalSetSoftwarePatrolFinished);
         QSignalSpy failed(&getter, &CPTZGetController::SignalSetPatrolFailed);
-        CruisePoint p;
-        p.preset_index = 2;
-        p.speed = 5;
-        p.dwell_time = 10;
-        getter.StartSetPatrol(kDome, 2, CRUISE_TYPE_DEVICE, { p, p });
+        CruisePoint p = ptz_test::CruisePoints(1, 5, 10).front();
+        getter.StartSetPatrol(kDome, 2, CRUISE_TYPE_DEVICE, {p, p});
         QTRY_COMPARE(hardware.count(), 1);
         QCOMPARE(m_env.camera(demo::kSpeedDome)->patrols().size(), 2);
         p.dwell_time = 20;
-        getter.StartSetPatrol(kDome, 4, CRUISE_TYPE_VIRTUAL, { p });
+        getter.StartSetPatrol(kDome, 4, CRUISE_TYPE_VIRTUAL, {p});
         QTRY_COMPARE(software.count(), 1);
         QCOMPARE(m_env.store()->patrol(kDome, 4)->type, int(CRUISE_TYPE_VIRTUAL));
         p.dwell_time = 40;
-        getter.StartSetPatrol(kDome, 5, CRUISE_TYPE_SOFTWARE, { p });
+        getter.StartSetPatrol(kDome, 5, CRUISE_TYPE_SOFTWARE, {p});
         QTRY_COMPARE(failed.count(), 1);
         QVERIFY(!failed.at(0).at(1).toString().isEmpty());
         QVERIFY(!m_env.store()->patrol(kDome, 5));
@@ -327,14 +281,14 @@ private:
         QVERIFY(cam);
         cam->setPreset(1, QStringLiteral("Gate"));
         cam->setPreset(2, QStringLiteral("Door"));
-        cam->writePatrol(1, { PatrolPoint(1, 10, 5), PatrolPoint(2, 10, 5) });
+        cam->writePatrol(1, {PatrolPoint(1, 10, 5), PatrolPoint(2, 10, 5)});
         QTRY_COMPARE(cam->pendingRequestCount(), 0);
         site_store::PatrolRecord patrol;
         patrol.cameraId = kDome;
         patrol.number = 3;
         patrol.type = CRUISE_TYPE_VIRTUAL;
         patrol.name = QStringLiteral("cruise3");
-        patrol.points = { { 1, 0, 20, QString() }, { 2, 0, 25, QString() } };
+        patrol.points = {{1, 0, 20, QString()}, {2, 0, 25, QString()}};
         QVERIFY(m_env.store()->upsertPatrol(patrol));
     }
     PtzTestEnv m_env;

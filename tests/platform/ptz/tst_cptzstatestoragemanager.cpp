@@ -1,14 +1,10 @@
+#include "support/ptztestenv.h"
 #include "support/records.h"
-#include "support/testenv.h"
 
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
-#include "zeph_ptz_controller/cuniversalptzcontroller.h"
-
-#include <QPointer>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace ptz_plugin_protocol;
+using ptz_test::Storage;
 using zeph_ptz_controller::CPTZStateStorageManager;
 using zeph_ptz_controller::CUniversalPTZController;
 namespace demo = site_store::demo;
@@ -16,19 +12,9 @@ namespace demo = site_store::demo;
 namespace {
 const QString kOther = QStringLiteral("other-camera");
 
-CPTZStateStorageManager *Storage()
+PTZControlCommand Cmd(uint32_t code, uint32_t action)
 {
-    return CPTZStateStorageManager::Instance();
-}
-
-PTZControlCommand Cmd(uint32_t code, uint32_t action, int speed = 12)
-{
-    PTZControlCommand c;
-    c.camera_index_code = kDome.toStdString();
-    c.command = code;
-    c.action = action;
-    c.speed = speed;
-    return c;
+    return ptz_test::Cmd(kDome, code, action, 12);
 }
 } // namespace
 
@@ -42,17 +28,12 @@ private Q_SLOTS:
 
     void unknownCameraReadsIdle()
     {
-        QVERIFY(!Storage()->HasCamera(kOther));
         QVERIFY(!Storage()->IsLight(kOther));
-        QVERIFY(!Storage()->IsCruising(kOther));
         QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
         QCOMPARE(Storage()->GetRunningPattern(kOther), -1);
-        QCOMPARE(Storage()->GetRecordPattern(kOther), -1);
         int number = 0;
         QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
         QVERIFY(!Storage()->HasCamera(kOther)); // reading registers nothing
-        Storage()->AddCamera(kOther);
-        QVERIFY(Storage()->HasCamera(kOther));
     }
     void patternNumbers_data()
     {
@@ -164,13 +145,7 @@ private Q_SLOTS:
         ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
         cam->setPreset(1, QStringLiteral("a"));
         cam->setPreset(2, QStringLiteral("b"));
-        ptz_devices::DevicePatrolPoint p;
-        p.preset = 1;
-        p.speed = 20;
-        p.dwellSeconds = 5;
-        ptz_devices::DevicePatrolPoint q = p;
-        q.preset = 2;
-        cam->writePatrol(1, { p, q });
+        cam->writePatrol(1, {PatrolPoint(1, 20, 5), PatrolPoint(2, 20, 5)});
         QTRY_COMPARE(cam->pendingRequestCount(), 0);
         CUniversalPTZController controller;
         Storage()->SetInterruptWaitTime(20);

@@ -2,160 +2,105 @@
 // kind: the signed-in user's permission and the PTZ lock, whatever the
 // request's owner field says.
 #include "support/ptztestenv.h"
-
-#include "zeph_ptz_controller/cuniversalptzcontroller.h"
+#include "support/records.h"
 
 #include "zeph_plugin_manager/ccurrentuser.h"
 
 #include <QRectF>
-#include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
+
 using namespace ptz_plugin_protocol;
-using zeph_ptz_controller::CPTZStateStorageManager;
+using ptz_test::Answers;
 using zeph_ptz_controller::CUniversalPTZController;
-using ptz_devices::DriverOperation;
 namespace demo = site_store::demo;
 
 namespace {
 
-const QString kDome = QString::fromLatin1(demo::kSpeedDome);
 const QString kHolder = QStringLiteral("holder"); // level 50, holds the lock
 
 enum class Actor { NoPermission, Below, Equal, Above };
 
-enum class Request {
-    Move, Zoom, Light, Wiper, AutoScanOn, AutoScanOff, RecordStart, RecordStop, PatternPlay, StopRunning,
-    PatternDelete, OneKeyFocus, LensInit, Lock, Unlock, PresetSet, PresetCall, PresetDelete, PatrolWrite,
-    PatrolDelete, PatrolStart, PatrolStop, ParkAction, Recovery, AutoTrack, Position3D
-};
-
+// Requests name the holder as owner: naming the holder must not pass for the holder.
 PTZControlCommand Cmd(uint32_t code, uint32_t action, int param = 0)
 {
-    PTZControlCommand c;
-    c.camera_index_code = kDome.toStdString();
-    c.owner_index_code = kHolder.toStdString(); // naming the holder must not pass for the holder
-    c.command = code;
-    c.action = action;
-    c.speed = 20;
-    c.param = param;
+    PTZControlCommand c = ptz_test::Cmd(kDome, code, action, 20, param);
+    c.owner_index_code = kHolder.toStdString();
     return c;
 }
 
 PresetControlRequest PresetRequest(const char *operation)
 {
-    PresetControlRequest r;
-    r.operation = operation;
-    r.camera_index_code = kDome.toStdString();
+    PresetControlRequest r = ptz_test::PresetRequest(operation, 1, "Gate");
     r.owner_index_code = kHolder.toStdString();
-    r.preset_index = 1;
-    r.preset_name = "Gate";
     return r;
 }
 
 CruiseControlRequest CruiseRequest(const char *operation, int action)
 {
-    CruiseControlRequest r;
-    r.camera_index_code = kDome.toStdString();
-    r.operation = operation;
-    r.cruise_index = 1;
-    r.action = action;
-    for (uint32_t preset : {1u, 2u}) {
-        CruisePoint p;
-        p.preset_index = preset;
-        p.speed = 20;
-        p.dwell_time = 5;
-        r.points.push_back(p);
-    }
-    return r;
+    return ptz_test::CruiseRequest(operation, 1, action);
 }
 
-void Send(CUniversalPTZController &c, Request request)
+using Send = std::function<void(CUniversalPTZController &)>;
+
+// Every kind of request a panel sends, by name.
+const QVector<QPair<const char *, Send>> &Requests()
 {
-    switch (request) {
-    case Request::Move: return c.Control(Cmd(PTZ_CMD_PAN_RIGHT, 0));
-    case Request::Zoom: return c.Control(Cmd(PTZ_CMD_ZOOM_IN, 0));
-    case Request::Light: return c.Control(Cmd(PTZ_CMD_LIGHT, 0));
-    case Request::Wiper: return c.Control(Cmd(PTZ_CMD_WIPER, 0));
-    case Request::AutoScanOn: return c.Control(Cmd(PTZ_CMD_AUTO_PAN, 0));
-    case Request::AutoScanOff: return c.Control(Cmd(PTZ_CMD_AUTO_PAN, 1));
-    case Request::RecordStart: return c.Control(Cmd(PTZ_CMD_PATTERN_RECORD_START, 0, 2));
-    case Request::RecordStop: return c.Control(Cmd(PTZ_CMD_PATTERN_RECORD_STOP, 0, 2));
-    case Request::PatternPlay: return c.Control(Cmd(PTZ_CMD_PATTERN_RUN, 0, 1));
-    case Request::StopRunning: return c.Control(Cmd(PTZ_CMD_STOP_RUNNING, 1));
-    case Request::PatternDelete: return c.Control(Cmd(PTZ_CMD_PATTERN_DELETE, 0, 1));
-    case Request::OneKeyFocus: return c.Control(Cmd(PTZ_CMD_ONE_KEY_FOCUS, 0));
-    case Request::LensInit: return c.Control(Cmd(PTZ_CMD_LENS_INIT, 0));
-    case Request::Lock: return c.Control(Cmd(PTZ_CMD_LOCK, 1, 60));
-    case Request::Unlock: return c.Control(Cmd(PTZ_CMD_UNLOCK, 1));
-    case Request::PresetSet: return c.Preset(PresetRequest("SetPreset"));
-    case Request::PresetCall: return c.Preset(PresetRequest("GotoPreset"));
-    case Request::PresetDelete: return c.Preset(PresetRequest("DelPreset"));
-    case Request::PatrolWrite: return c.Cruise(CruiseRequest("ModifyCruiseRoute", CRUISE_TYPE_DEVICE));
-    case Request::PatrolDelete: return c.Cruise(CruiseRequest("DelCruiseRoute", CRUISE_TYPE_DEVICE));
-    case Request::PatrolStart: return c.Cruise(CruiseRequest("CruiseRouteControl", 0));
-    case Request::PatrolStop: return c.Cruise(CruiseRequest("CruiseRouteControl", 1));
-    case Request::ParkAction: {
-        SetParkActionRequest r;
-        r.camera_index_code = kDome.toStdString();
-        r.enabled = true;
-        r.wait_time = 30;
-        r.action_type = 5;
-        r.target_id = 1;
-        return c.SetParkAction(r);
-    }
-    case Request::Recovery: {
-        SetPatrolRecoverConfigRequest r;
-        r.camera_index_code = kDome.toStdString();
-        r.enabled = true;
-        r.wait_time = 30;
-        return c.SetCruiseRecover(r);
-    }
-    case Request::AutoTrack: {
-        SetAutoTrackRequest r;
-        r.camera_index_code = kDome.toStdString();
-        r.enable = 1;
-        return c.SetAutoTrack(r);
-    }
-    case Request::Position3D: return c.Position3D(kDome, QRectF(0.4, 0.4, 0.2, 0.2));
-    }
+    using C = CUniversalPTZController;
+    static const QVector<QPair<const char *, Send>> requests = {
+        {"move", [](C &c) { c.Control(Cmd(PTZ_CMD_PAN_RIGHT, 0)); }},
+        {"zoom", [](C &c) { c.Control(Cmd(PTZ_CMD_ZOOM_IN, 0)); }},
+        {"light", [](C &c) { c.Control(Cmd(PTZ_CMD_LIGHT, 0)); }},
+        {"wiper", [](C &c) { c.Control(Cmd(PTZ_CMD_WIPER, 0)); }},
+        {"auto-scan on", [](C &c) { c.Control(Cmd(PTZ_CMD_AUTO_PAN, 0)); }},
+        {"auto-scan off", [](C &c) { c.Control(Cmd(PTZ_CMD_AUTO_PAN, 1)); }},
+        {"pattern record", [](C &c) { c.Control(Cmd(PTZ_CMD_PATTERN_RECORD_START, 0, 2)); }},
+        {"pattern record stop", [](C &c) { c.Control(Cmd(PTZ_CMD_PATTERN_RECORD_STOP, 0, 2)); }},
+        {"pattern play", [](C &c) { c.Control(Cmd(PTZ_CMD_PATTERN_RUN, 0, 1)); }},
+        {"stop running", [](C &c) { c.Control(Cmd(PTZ_CMD_STOP_RUNNING, 1)); }},
+        {"pattern delete", [](C &c) { c.Control(Cmd(PTZ_CMD_PATTERN_DELETE, 0, 1)); }},
+        {"one-key focus", [](C &c) { c.Control(Cmd(PTZ_CMD_ONE_KEY_FOCUS, 0)); }},
+        {"lens init", [](C &c) { c.Control(Cmd(PTZ_CMD_LENS_INIT, 0)); }},
+        {"lock", [](C &c) { c.Control(Cmd(PTZ_CMD_LOCK, 1, 60)); }},
+        {"unlock", [](C &c) { c.Control(Cmd(PTZ_CMD_UNLOCK, 1)); }},
+        {"preset set", [](C &c) { c.Preset(PresetRequest("SetPreset")); }},
+        {"preset call", [](C &c) { c.Preset(PresetRequest("GotoPreset")); }},
+        {"preset delete", [](C &c) { c.Preset(PresetRequest("DelPreset")); }},
+        {"patrol write", [](C &c) { c.Cruise(CruiseRequest("ModifyCruiseRoute", CRUISE_TYPE_DEVICE)); }},
+        {"patrol delete", [](C &c) { c.Cruise(CruiseRequest("DelCruiseRoute", CRUISE_TYPE_DEVICE)); }},
+        {"patrol start", [](C &c) { c.Cruise(CruiseRequest("CruiseRouteControl", 0)); }},
+        {"patrol stop", [](C &c) { c.Cruise(CruiseRequest("CruiseRouteControl", 1)); }},
+        {"park action",
+         [](C &c) {
+             c.SetParkAction({kDome.toStdString(), true, 30, 5, 1});
+         }},
+        {"recovery",
+         [](C &c) {
+             c.SetCruiseRecover({kDome.toStdString(), true, 30});
+         }},
+        {"auto track",
+         [](C &c) {
+             c.SetAutoTrack({kDome.toStdString(), 1});
+         }},
+        {"3D positioning", [](C &c) { c.Position3D(kDome, QRectF(0.4, 0.4, 0.2, 0.2)); }},
+    };
+    return requests;
 }
 
-// Every answer signal of the controller, and the error text it carried.
-struct Answers
+Send Request(const char *name)
 {
-    explicit Answers(CUniversalPTZController *c)
-        : ok(c, &CUniversalPTZController::SignalExecutionSucceeded),
-          failed(c, &CUniversalPTZController::SignalExecutionFailed),
-          tips(c, &CUniversalPTZController::SignalMessageTipNeeded),
-          presets(c, &CUniversalPTZController::signalPresetFinished),
-          cruises(c, &CUniversalPTZController::signalCruiseFinished),
-          park(c, &CUniversalPTZController::SignalParkActionFinished),
-          recover(c, &CUniversalPTZController::SignalCruiseRecoverFinished),
-          track(c, &CUniversalPTZController::SignalPTZAutoTrackState),
-          position(c, &CUniversalPTZController::SignalPosition3DFinished)
-    {
+    for (const auto &request : Requests()) {
+        if (qstrcmp(request.first, name) == 0)
+            return request.second;
     }
-    int count() const
-    {
-        return ok.count() + failed.count() + presets.count() + cruises.count() + park.count() + recover.count() +
-               track.count() + position.count();
-    }
-    QString error() const
-    {
-        for (const auto &tip : tips) {
-            if (tip.at(1).toInt() == 0)
-                return tip.at(0).toString();
-        }
-        return presets.isEmpty() ? QString() : presets.at(0).at(1).toString();
-    }
-    QSignalSpy ok, failed, tips, presets, cruises, park, recover, track, position;
-};
+    return {};
+}
 
 } // namespace
 
 Q_DECLARE_METATYPE(Actor)
-Q_DECLARE_METATYPE(Request)
+Q_DECLARE_METATYPE(Send)
 
 class TestUniversalPTZControllerAccess : public QObject
 {
@@ -174,7 +119,7 @@ private:
     void actAs(const QString &name);
     // As the holder: presets 1 and 2, patrol 1 and pattern 1 on the dome.
     void prepareCamera(CUniversalPTZController &controller);
-    void run(CUniversalPTZController &controller, Request request);
+    void run(CUniversalPTZController &controller, const Send &request);
 
     PtzTestEnv m_env;
 };
@@ -211,10 +156,10 @@ void TestUniversalPTZControllerAccess::actAs(const QString &name)
     QVERIFY(ZephPluginManager::CCurrentUser::Instance()->SetUser(name));
 }
 
-void TestUniversalPTZControllerAccess::run(CUniversalPTZController &controller, Request request)
+void TestUniversalPTZControllerAccess::run(CUniversalPTZController &controller, const Send &request)
 {
     Answers answers(&controller);
-    Send(controller, request);
+    request(controller);
     QTRY_COMPARE(answers.count(), 1);
     QTRY_COMPARE(controller.PendingRequestCount(), 0);
     QVERIFY2(answers.error().isEmpty(), qPrintable(answers.error()));
@@ -223,59 +168,45 @@ void TestUniversalPTZControllerAccess::run(CUniversalPTZController &controller, 
 void TestUniversalPTZControllerAccess::prepareCamera(CUniversalPTZController &controller)
 {
     actAs(kHolder);
-    PresetControlRequest second = PresetRequest("SetPreset");
-    second.preset_index = 2;
-    second.preset_name = "Yard"; // names are unique per camera
     Answers answers(&controller);
-    controller.Preset(second);
+    controller.Preset(ptz_test::PresetRequest("SetPreset", 2, "Yard")); // names are unique per camera
     QTRY_COMPARE(answers.count(), 1);
-    run(controller, Request::PresetSet);
-    run(controller, Request::PatrolWrite);
-    Send(controller, Request::RecordStart); // pattern 2: recorded, then kept
-    QTRY_COMPARE(controller.PendingRequestCount(), 0);
-    Send(controller, Request::RecordStop);
-    QTRY_COMPARE(controller.PendingRequestCount(), 0);
-    controller.Control(Cmd(PTZ_CMD_PATTERN_RECORD_START, 0, 1));
-    QTRY_COMPARE(controller.PendingRequestCount(), 0);
-    controller.Control(Cmd(PTZ_CMD_PATTERN_RECORD_STOP, 0, 1));
-    QTRY_COMPARE(controller.PendingRequestCount(), 0);
+    run(controller, Request("preset set"));
+    run(controller, Request("patrol write"));
+    for (int pattern : {2, 1}) { // 2 recorded, then kept
+        controller.Control(Cmd(PTZ_CMD_PATTERN_RECORD_START, 0, pattern));
+        QTRY_COMPARE(controller.PendingRequestCount(), 0);
+        controller.Control(Cmd(PTZ_CMD_PATTERN_RECORD_STOP, 0, pattern));
+        QTRY_COMPARE(controller.PendingRequestCount(), 0);
+    }
 }
 
 void TestUniversalPTZControllerAccess::everyRequestIsChecked_data()
 {
-    QTest::addColumn<Request>("request");
+    QTest::addColumn<Send>("request");
+    QTest::addColumn<QByteArray>("name");
     QTest::addColumn<Actor>("actor");
-    const QList<QPair<const char *, Request>> requests = {
-        {"move", Request::Move}, {"zoom", Request::Zoom}, {"light", Request::Light}, {"wiper", Request::Wiper},
-        {"auto-scan on", Request::AutoScanOn}, {"auto-scan off", Request::AutoScanOff},
-        {"pattern record", Request::RecordStart}, {"pattern record stop", Request::RecordStop},
-        {"pattern play", Request::PatternPlay}, {"stop running", Request::StopRunning},
-        {"pattern delete", Request::PatternDelete}, {"one-key focus", Request::OneKeyFocus},
-        {"lens init", Request::LensInit}, {"lock", Request::Lock}, {"unlock", Request::Unlock},
-        {"preset set", Request::PresetSet}, {"preset call", Request::PresetCall},
-        {"preset delete", Request::PresetDelete}, {"patrol write", Request::PatrolWrite},
-        {"patrol delete", Request::PatrolDelete}, {"patrol start", Request::PatrolStart},
-        {"patrol stop", Request::PatrolStop}, {"park action", Request::ParkAction},
-        {"recovery", Request::Recovery}, {"auto track", Request::AutoTrack}, {"3D positioning", Request::Position3D}};
     const QList<QPair<const char *, Actor>> actors = {{"no permission", Actor::NoPermission},
                                                       {"below holder", Actor::Below},
                                                       {"equal to holder", Actor::Equal},
                                                       {"above holder", Actor::Above}};
-    for (const auto &request : requests) {
+    for (const auto &request : Requests()) {
         for (const auto &actor : actors)
-            QTest::addRow("%s, %s", request.first, actor.first) << request.second << actor.second;
+            QTest::addRow("%s, %s", request.first, actor.first)
+                << request.second << QByteArray(request.first) << actor.second;
     }
 }
 
 void TestUniversalPTZControllerAccess::everyRequestIsChecked()
 {
-    QFETCH(Request, request);
+    QFETCH(Send, request);
+    QFETCH(QByteArray, name);
     QFETCH(Actor, actor);
     ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
     CUniversalPTZController controller;
     prepareCamera(controller);
     // The holder's patrol runs: lower users must not be able to end it.
-    run(controller, Request::PatrolStart);
+    run(controller, Request("patrol start"));
     if (actor != Actor::NoPermission)
         QVERIFY(m_env.business()->LockPTZ(kDome.toStdString(), kHolder.toStdString(), 600));
     static const char *const names[] = {"nobody", "below", "equal", "above"};
@@ -284,7 +215,7 @@ void TestUniversalPTZControllerAccess::everyRequestIsChecked()
 
     Answers answers(&controller);
     QSignalSpy seized(&controller, &CUniversalPTZController::SignalSeizedByOtherUser);
-    Send(controller, request);
+    request(controller);
     QCOMPARE(answers.count(), 0); // never inside the call
     QTRY_COMPARE(answers.count(), 1);
     QTRY_COMPARE(controller.PendingRequestCount(), 0);
@@ -294,7 +225,7 @@ void TestUniversalPTZControllerAccess::everyRequestIsChecked()
     if (actor == Actor::Above) {
         QVERIFY2(!error.contains(QStringLiteral("permission")) && !error.contains(QStringLiteral("locked")),
                  qPrintable(error));
-        if (request != Request::Lock && request != Request::Unlock)
+        if (name != "lock" && name != "unlock")
             QVERIFY(!cam->requestLog().isEmpty());
         return;
     }
@@ -306,7 +237,7 @@ void TestUniversalPTZControllerAccess::everyRequestIsChecked()
                                                     : int(CUniversalPTZController::kErrorLockedByOther));
     }
     if (actor == Actor::NoPermission) {
-        QCOMPARE(error, request == Request::ParkAction
+        QCOMPARE(error, name == "park action"
                             ? QStringLiteral("You have no permission to configure the park action of this camera.")
                             : QStringLiteral("You have no PTZ control permission for this camera."));
     } else {
@@ -317,17 +248,17 @@ void TestUniversalPTZControllerAccess::everyRequestIsChecked()
 
 void TestUniversalPTZControllerAccess::ownActivityMayBeStoppedUnderAnotherLock_data()
 {
-    QTest::addColumn<Request>("start");
-    QTest::addColumn<Request>("stop");
-    QTest::newRow("auto-scan") << Request::AutoScanOn << Request::AutoScanOff;
-    QTest::newRow("patrol") << Request::PatrolStart << Request::PatrolStop;
-    QTest::newRow("pattern") << Request::PatternPlay << Request::StopRunning;
+    QTest::addColumn<Send>("start");
+    QTest::addColumn<Send>("stop");
+    QTest::newRow("auto-scan") << Request("auto-scan on") << Request("auto-scan off");
+    QTest::newRow("patrol") << Request("patrol start") << Request("patrol stop");
+    QTest::newRow("pattern") << Request("pattern play") << Request("stop running");
 }
 
 void TestUniversalPTZControllerAccess::ownActivityMayBeStoppedUnderAnotherLock()
 {
-    QFETCH(Request, start);
-    QFETCH(Request, stop);
+    QFETCH(Send, start);
+    QFETCH(Send, stop);
     ptz_devices::CSimulatedCamera *cam = m_env.camera(demo::kSpeedDome);
     CUniversalPTZController controller;
     prepareCamera(controller);
@@ -337,7 +268,7 @@ void TestUniversalPTZControllerAccess::ownActivityMayBeStoppedUnderAnotherLock()
 
     // The lock holder's lock keeps "below" from moving the camera...
     Answers refused(&controller);
-    Send(controller, Request::Move);
+    Request("move")(controller);
     QTRY_COMPARE(refused.count(), 1);
     QCOMPARE(refused.failed.count(), 1);
     // ...but not from stopping what "below" started, nor from releasing a held move.

@@ -10,9 +10,6 @@ using namespace ptz_plugin_protocol;
 using zeph_ptz_controller::CVirtualPtzControllor;
 namespace demo = site_store::demo;
 
-namespace {
-}
-
 class TestVirtualPtzControllor : public QObject
 {
     Q_OBJECT
@@ -21,14 +18,7 @@ private Q_SLOTS:
     void init()
     {
         m_env.setUp();
-        site_store::VirtualPresetRecord preset;
-        preset.cameraId = kDome;
-        preset.number = 1;
-        preset.type = PRESET_TYPE_VIRTUAL;
-        preset.pan = 180.0;
-        preset.tilt = -45.0;
-        preset.zoom = 4.0;
-        QVERIFY(m_env.store()->upsertVirtualPreset(preset));
+        QVERIFY(m_env.store()->upsertVirtualPreset({kDome, 1, QString(), PRESET_TYPE_VIRTUAL, 180.0, -45.0, 4.0}));
     }
     void cleanup() { m_env.tearDown(); }
 
@@ -108,12 +98,7 @@ private Q_SLOTS:
 private:
     void storePatrol(int number, int type, int dwell)
     {
-        site_store::PatrolRecord record;
-        record.cameraId = kDome;
-        record.number = number;
-        record.type = type;
-        record.points = { { 1, 0, dwell, QString() } };
-        QVERIFY(m_env.store()->upsertPatrol(record));
+        QVERIFY(m_env.store()->upsertPatrol({kDome, number, type, QString(), {{1, 0, dwell, QString()}}}));
     }
     PtzTestEnv m_env;
 };

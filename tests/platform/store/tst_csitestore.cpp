@@ -6,9 +6,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+
 using namespace site_store;
 
-// Reads are answered from memory between writes; every kind of write must be seen by the next read.
+using Write = std::function<bool(CSiteStore &)>;
+using Read = std::function<QString(const CSiteStore &)>;
+Q_DECLARE_METATYPE(Write)
+Q_DECLARE_METATYPE(Read)
 
 class TestSiteStore : public QObject
 {
@@ -22,11 +27,9 @@ private Q_SLOTS:
         m_path = m_dir->filePath(QStringLiteral("site.sqlite"));
     }
 
-    void seedUsersAndSwitches()
+    void seedUsersAndPermissions()
     {
         auto store = openTemp();
-        QCOMPARE(store->users().size(), 4);
-        QCOMPARE(store->user(demo::kOperator)->ptzLevel, demo::kOperatorLevel);
         QVERIFY(store->user(demo::kJunior)->ptzLevel < demo::kOperatorLevel);
         QVERIFY(store->user(demo::kSenior)->ptzLevel > demo::kOperatorLevel);
         QCOMPARE(store->currentUserName(), QString::fromLatin1(demo::kOperator));
@@ -35,15 +38,9 @@ private Q_SLOTS:
             for (const auto &camera : store->cameras()) {
                 QVERIFY(store->hasPermission(user.name, camera.id, CSiteStore::kPermPtzControl));
                 QCOMPARE(store->hasPermission(user.name, camera.id, CSiteStore::kPermParkAction),
-                    user.name != QLatin1String(demo::kNoPark));
+                         user.name != QLatin1String(demo::kNoPark));
             }
         }
-        for (const QString &key : { CSiteStore::kIsSupportPTZLock, CSiteStore::kIsSupportVirtualPTZ,
-                 CSiteStore::kIsSupportUpdatePTZInfo, CSiteStore::kResumeCruiseAfterInterrupt,
-                 CSiteStore::kShowPreSetTabWidget, CSiteStore::kShowExtraButton, CSiteStore::kShowUserLevel })
-            QVERIFY2(store->boolSetting(key, false), qPrintable(key));
-        QVERIFY(store->intSetting(CSiteStore::kGetTrackNum) > 0);
-        QVERIFY(!store->setting(CSiteStore::kProductType).isEmpty());
     }
 
     void reopenKeepsEveryTable()
@@ -57,50 +54,38 @@ private Q_SLOTS:
             extra.name = QStringLiteral("Extra");
             extra.driverKind = QStringLiteral("simulated");
             extra.model = QStringLiteral("box-zoom");
-            extra.abilities = { 50, 1 };
+            extra.abilities = {50, 1};
             extra.accessProtocol = 9;
             QVERIFY(store->upsertCamera(extra));
-            QVERIFY(store->upsertUser({ QStringLiteral("eve"), 7 }));
+            QVERIFY(store->upsertUser({QStringLiteral("eve"), 7}));
             QVERIFY(store->grantPermission(QStringLiteral("eve"), QStringLiteral("extra"), 15));
             QVERIFY(store->setCurrentUser(QStringLiteral("eve")));
             QVERIFY(store->setBoolSetting(CSiteStore::kIsSupportPTZLock, false));
-            QVERIFY(store->upsertVirtualPreset({ cam, 12, QStringLiteral("Door"), 3, 10.5, -20, 4 }));
-            PatrolRecord patrol { cam, 3, 3, QStringLiteral("cruise3"),
-                { { 12, 0, 20, QStringLiteral("Door") }, { 1, 0, 15, {} } } };
+            QVERIFY(store->upsertVirtualPreset({cam, 12, QStringLiteral("Door"), 3, 10.5, -20, 4}));
+            PatrolRecord patrol{
+                cam, 3, 3, QStringLiteral("cruise3"), {{12, 0, 20, QStringLiteral("Door")}, {1, 0, 15, {}}}};
             QVERIFY(store->upsertPatrol(patrol));
-            QVERIFY(store->setParkAction({ cam, true, 60, 3, 3 }));
-            QVERIFY(store->setRecovery({ cam, true, 45 }));
-            QVERIFY(store->setLock({ cam, QStringLiteral("eve"), 7, expiry, QStringLiteral("desk-1") }));
+            QVERIFY(store->setParkAction({cam, true, 60, 3, 3}));
+            QVERIFY(store->setRecovery({cam, true, 45}));
+            QVERIFY(store->setLock({cam, QStringLiteral("eve"), 7, expiry, QStringLiteral("desk-1")}));
             QVERIFY(store->setDeviceState(cam, QStringLiteral("presets"), R"({"a":1})"));
         }
         auto store = openTemp();
         QVERIFY(!store->isFallback());
         const auto extra = store->camera(QStringLiteral("extra"));
         QVERIFY(extra);
-        QCOMPARE(extra->abilities, (QList<int> { 1, 50 }));
+        QCOMPARE(extra->abilities, (QList<int>{1, 50}));
         QCOMPARE(extra->accessProtocol, 9);
         QCOMPARE(store->user(QStringLiteral("eve"))->ptzLevel, 7);
         QVERIFY(store->hasPermission(QStringLiteral("eve"), QStringLiteral("extra"), 15));
         QCOMPARE(store->currentUserName(), QStringLiteral("eve"));
         QCOMPARE(store->boolSetting(CSiteStore::kIsSupportPTZLock, true), false);
-        const auto preset = store->virtualPreset(cam, 12);
-        QVERIFY(preset);
-        QCOMPARE(preset->name, QStringLiteral("Door"));
-        QCOMPARE(preset->pan, 10.5);
-        QCOMPARE(preset->tilt, -20.0);
-        QCOMPARE(preset->zoom, 4.0);
-        const auto patrol = store->patrol(cam, 3);
-        QVERIFY(patrol);
-        QCOMPARE(patrol->points.size(), 2);
-        QCOMPARE(patrol->points.at(0), (PatrolPointRecord { 12, 0, 20, QStringLiteral("Door") }));
+        QCOMPARE(store->virtualPreset(cam, 12)->pan, 10.5);
+        QCOMPARE(store->patrol(cam, 3)->points.at(0), (PatrolPointRecord{12, 0, 20, QStringLiteral("Door")}));
         QCOMPARE(store->parkAction(cam).waitSeconds, 60);
-        QCOMPARE(store->parkAction(cam).actionType, 3);
         QCOMPARE(store->recovery(cam).waitSeconds, 45);
-        const auto lock = store->lock(cam);
-        QVERIFY(lock);
-        QCOMPARE(lock->holder, QStringLiteral("eve"));
-        QCOMPARE(lock->holderDetail, QStringLiteral("desk-1"));
-        QCOMPARE(lock->expiresAt.toMSecsSinceEpoch(), expiry.toMSecsSinceEpoch());
+        QCOMPARE(store->lock(cam)->holderDetail, QStringLiteral("desk-1"));
+        QCOMPARE(store->lock(cam)->expiresAt.toMSecsSinceEpoch(), expiry.toMSecsSinceEpoch());
         QCOMPARE(store->deviceState(cam, QStringLiteral("presets")), QByteArray(R"({"a":1})"));
     }
     void reopenDoesNotReseed()
@@ -155,7 +140,7 @@ private Q_SLOTS:
         // The fallback is a full seeded store that takes writes.
         QCOMPARE(store->cameras().size(), 5);
         QVERIFY(
-            store->upsertVirtualPreset({ QString::fromLatin1(demo::kSpeedDome), 1, QStringLiteral("p"), 3, 0, 0, 1 }));
+            store->upsertVirtualPreset({QString::fromLatin1(demo::kSpeedDome), 1, QStringLiteral("p"), 3, 0, 0, 1}));
         QCOMPARE(store->virtualPresets(QString::fromLatin1(demo::kSpeedDome)).size(), 1);
 
         if (!garbage.isEmpty()) {
@@ -167,47 +152,34 @@ private Q_SLOTS:
 
     void badInputIsRefused_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::newRow("preset 0") << "preset0";
-        QTest::newRow("preset 257") << "preset257";
-        QTest::newRow("patrol 0") << "patrol0";
-        QTest::newRow("patrol 9") << "patrol9";
-        QTest::newRow("33 points") << "points33";
-        QTest::newRow("preset without camera") << "presetNoCamera";
-        QTest::newRow("camera without id") << "cameraNoId";
-        QTest::newRow("unknown current user") << "unknownUser";
-        QTest::newRow("remove missing preset") << "removeMissing";
-        QTest::newRow("lock without holder") << "lockNoHolder";
+        QTest::addColumn<Write>("write");
+        const QString cam = QString::fromLatin1(demo::kSpeedDome);
+        auto preset = [](const VirtualPresetRecord &p) {
+            return Write([p](CSiteStore &s) { return s.upsertVirtualPreset(p); });
+        };
+        auto patrol = [](const PatrolRecord &p) { return Write([p](CSiteStore &s) { return s.upsertPatrol(p); }); };
+        QTest::newRow("preset 0") << preset({cam, 0, QStringLiteral("x"), 3, 0, 0, 1});
+        QTest::newRow("preset 257") << preset({cam, 257, QStringLiteral("x"), 3, 0, 0, 1});
+        QTest::newRow("preset without camera") << preset({QString(), 1, QStringLiteral("x"), 3, 0, 0, 1});
+        QTest::newRow("patrol 0") << patrol({cam, 0, 3, QStringLiteral("c"), {}});
+        QTest::newRow("patrol 9") << patrol({cam, 9, 3, QStringLiteral("c"), {}});
+        QTest::newRow("33 points") << patrol(
+            {cam, 1, 3, QStringLiteral("c"), QVector<PatrolPointRecord>(33, {1, 1, 15, {}})});
+        QTest::newRow("camera without id") << Write([](CSiteStore &s) { return s.upsertCamera(CameraRecord()); });
+        QTest::newRow("unknown current user")
+            << Write([](CSiteStore &s) { return s.setCurrentUser(QStringLiteral("nobody")); });
+        QTest::newRow("remove missing preset") << Write([cam](CSiteStore &s) { return s.removeVirtualPreset(cam, 5); });
+        QTest::newRow("lock without holder") << Write([cam](CSiteStore &s) {
+            return s.setLock({cam, QString(), 1, QDateTime::currentDateTimeUtc().addSecs(5), {}});
+        });
     }
     void badInputIsRefused()
     {
-        QFETCH(QString, what);
+        QFETCH(Write, write);
         auto store = openTemp();
         const QString cam = QString::fromLatin1(demo::kSpeedDome);
         QSignalSpy spy(store.get(), &CSiteStore::changed);
-        bool ok = true;
-        if (what == QLatin1String("preset0"))
-            ok = store->upsertVirtualPreset({ cam, 0, QStringLiteral("x"), 3, 0, 0, 1 });
-        else if (what == QLatin1String("preset257"))
-            ok = store->upsertVirtualPreset({ cam, 257, QStringLiteral("x"), 3, 0, 0, 1 });
-        else if (what == QLatin1String("patrol0"))
-            ok = store->upsertPatrol({ cam, 0, 3, QStringLiteral("c"), {} });
-        else if (what == QLatin1String("patrol9"))
-            ok = store->upsertPatrol({ cam, 9, 3, QStringLiteral("c"), {} });
-        else if (what == QLatin1String("points33"))
-            ok = store->upsertPatrol(
-                { cam, 1, 3, QStringLiteral("c"), QVector<PatrolPointRecord>(33, { 1, 1, 15, {} }) });
-        else if (what == QLatin1String("presetNoCamera"))
-            ok = store->upsertVirtualPreset({ QString(), 1, QStringLiteral("x"), 3, 0, 0, 1 });
-        else if (what == QLatin1String("cameraNoId"))
-            ok = store->upsertCamera(CameraRecord());
-        else if (what == QLatin1String("unknownUser"))
-            ok = store->setCurrentUser(QStringLiteral("nobody"));
-        else if (what == QLatin1String("removeMissing"))
-            ok = store->removeVirtualPreset(cam, 5);
-        else if (what == QLatin1String("lockNoHolder"))
-            ok = store->setLock({ cam, QString(), 1, QDateTime::currentDateTimeUtc().addSecs(5), {} });
-        QVERIFY(!ok);
+        QVERIFY(!write(*store));
         QVERIFY(!store->lastError().isEmpty());
         QCOMPARE(spy.count(), 0);
         QVERIFY(store->virtualPresets(cam).isEmpty());
@@ -221,7 +193,7 @@ private Q_SLOTS:
         const QString user = QStringLiteral("ann");
         const QString dome = QString::fromLatin1(demo::kSpeedDome);
         const QString box = QString::fromLatin1(demo::kBoxZoom);
-        QVERIFY(store->upsertUser({ user, 30 }));
+        QVERIFY(store->upsertUser({user, 30}));
         QVERIFY(!store->hasPermission(user, dome, 15));
 
         QVERIFY(store->grantPermission(user, dome, 15));
@@ -246,7 +218,7 @@ private Q_SLOTS:
         auto store = openTemp();
         const QString cam = QString::fromLatin1(demo::kSpeedDome);
         const QDateTime t0 = QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC);
-        QVERIFY(store->setLock({ cam, QStringLiteral("operator"), 50, t0.addSecs(10), {} }));
+        QVERIFY(store->setLock({cam, QStringLiteral("operator"), 50, t0.addSecs(10), {}}));
 
         QVERIFY(store->lock(cam, t0));
         QCOMPARE(store->lock(cam, t0)->remainingSeconds(t0), 10);
@@ -258,67 +230,74 @@ private Q_SLOTS:
         QVERIFY(store->clearLock(cam));
         QVERIFY(!store->lock(cam, t0));
     }
-    void writesReplaceRowsReadBefore_data()
+    // Reads are answered from memory between writes: a write must be seen by the next read of the
+    // store that wrote it and of another store on the same file (another client).
+    void writesAreSeenByTheNextRead_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::newRow("camera") << "camera";
-        QTest::newRow("removed camera") << "removed camera";
-        QTest::newRow("user level") << "user";
-        QTest::newRow("permission revoked") << "permission";
-        QTest::newRow("switch") << "setting";
-        QTest::newRow("lock taken and cleared") << "lock";
-        QTest::newRow("reseeded") << "seed";
-    }
-    void writesReplaceRowsReadBefore()
-    {
-        QFETCH(QString, what);
-        auto store = openTemp();
+        QTest::addColumn<Write>("write");
+        QTest::addColumn<Read>("read");
+        QTest::addColumn<QString>("expected");
         const QString cam = QString::fromLatin1(demo::kSpeedDome);
-        const QString user = QString::fromLatin1(demo::kOperator);
-        const QDateTime now = QDateTime::currentDateTimeUtc();
-        // Read everything once so it is remembered.
-        QVERIFY(store->camera(cam));
-        QVERIFY(store->user(user));
-        QVERIFY(store->hasPermission(user, cam, CSiteStore::kPermParkAction));
-        const QString product = store->setting(CSiteStore::kProductType);
-        QVERIFY(!store->lock(cam, now));
-
-        if (what == QLatin1String("camera")) {
-            CameraRecord c = *store->camera(cam);
-            c.name = QStringLiteral("Renamed");
-            QVERIFY(store->upsertCamera(c));
-            QCOMPARE(store->camera(cam)->name, QStringLiteral("Renamed"));
-        } else if (what == QLatin1String("removed camera")) {
-            QVERIFY(store->removeCamera(cam));
-            QVERIFY(!store->camera(cam));
-        } else if (what == QLatin1String("user")) {
-            QVERIFY(store->upsertUser({ user, 77 }));
-            QCOMPARE(store->user(user)->ptzLevel, 77);
-        } else if (what == QLatin1String("permission")) {
-            QVERIFY(store->revokePermission(user, CSiteStore::kAllCameras, CSiteStore::kPermParkAction));
-            QVERIFY(!store->hasPermission(user, cam, CSiteStore::kPermParkAction));
-        } else if (what == QLatin1String("setting")) {
-            QVERIFY(store->setSetting(CSiteStore::kProductType, product + QStringLiteral("-changed")));
-            QCOMPARE(store->setting(CSiteStore::kProductType), product + QStringLiteral("-changed"));
-        } else if (what == QLatin1String("lock")) {
-            QVERIFY(store->setLock({ cam, user, 50, now.addSecs(60), {} }));
-            QCOMPARE(store->lock(cam, now)->holder, user);
-            QVERIFY(!store->lock(cam, now.addSecs(61)));
-            QVERIFY(store->clearLock(cam));
-            QVERIFY(!store->lock(cam, now));
-        } else {
-            QVERIFY(store->removeCamera(cam));
-            QVERIFY(!store->camera(cam));
-            QVERIFY(store->seedDemoSite());
-            QVERIFY(store->camera(cam));
-        }
+        const QString junior = QString::fromLatin1(demo::kJunior);
+        const QDateTime later = QDateTime::currentDateTimeUtc().addSecs(300);
+        const Read lock = [cam](const CSiteStore &s) {
+            const auto lock = s.lock(cam);
+            return lock ? lock->holder + QLatin1Char('/') + lock->holderDetail : QString();
+        };
+        const Read name = [cam](const CSiteStore &s) { return s.camera(cam) ? s.camera(cam)->name : QString(); };
+        QTest::newRow("lock taken") << Write([cam, later](CSiteStore &s) {
+            return s.setLock({cam, QStringLiteral("senior"), 80, later, QStringLiteral("desk 2")});
+        }) << lock << "senior/desk 2";
+        QTest::newRow("lock cleared") << Write([cam, later, lock](CSiteStore &s) {
+            return s.setLock({cam, QStringLiteral("senior"), 80, later, {}}) && lock(s) == "senior/"
+                   && s.clearLock(cam);
+        }) << lock << "";
+        QTest::newRow("switch") << Write([](CSiteStore &s) {
+            return s.setBoolSetting(CSiteStore::kIsSupportPTZLock, false);
+        }) << Read([](const CSiteStore &s) {
+            return QString::number(s.boolSetting(CSiteStore::kIsSupportPTZLock, true));
+        }) << "0";
+        QTest::newRow("camera renamed") << Write([cam](CSiteStore &s) {
+            auto camera = *s.camera(cam);
+            camera.name = QStringLiteral("Renamed");
+            return s.upsertCamera(camera);
+        }) << name << "Renamed";
+        QTest::newRow("camera removed") << Write([cam](CSiteStore &s) { return s.removeCamera(cam); }) << name << "";
+        QTest::newRow("camera reseeded") << Write([cam](CSiteStore &s) {
+            return s.removeCamera(cam) && !s.camera(cam) && s.seedDemoSite();
+        }) << Read([cam](const CSiteStore &s) { return QString::number(s.camera(cam).has_value()); })
+                                         << "1";
+        QTest::newRow("user level") << Write([junior](CSiteStore &s) {
+            return s.upsertUser({junior, 99});
+        }) << Read([junior](const CSiteStore &s) { return QString::number(s.user(junior)->ptzLevel); })
+                                    << "99";
+        QTest::newRow("permission revoked") << Write([junior](CSiteStore &s) {
+            return s.revokePermission(junior, CSiteStore::kAllCameras, CSiteStore::kPermPtzControl);
+        }) << Read([cam, junior](const CSiteStore &s) {
+            return QString::number(s.hasPermission(junior, cam, CSiteStore::kPermPtzControl));
+        }) << "0";
+    }
+    void writesAreSeenByTheNextRead()
+    {
+        QFETCH(Write, write);
+        QFETCH(Read, read);
+        QFETCH(QString, expected);
+        auto writer = openTemp();
+        auto reader = CSiteStore::Open(m_path);
+        QVERIFY(!writer->isFallback() && !reader->isFallback());
+        const QString before = read(*reader);
+        QCOMPARE(read(*writer), before);
+        QCOMPARE(read(*reader), before); // now answered from memory
+        QVERIFY2(write(*writer), qPrintable(writer->lastError()));
+        QCOMPARE(read(*writer), expected);
+        QCOMPARE(read(*reader), expected);
     }
     void changeSignal()
     {
         auto store = openTemp();
         const QString cam = QString::fromLatin1(demo::kPtzNoPattern);
         QSignalSpy spy(store.get(), &CSiteStore::changed);
-        QVERIFY(store->upsertVirtualPreset({ cam, 4, QStringLiteral("p"), 3, 0, 0, 1 }));
+        QVERIFY(store->upsertVirtualPreset({cam, 4, QStringLiteral("p"), 3, 0, 0, 1}));
         QCOMPARE(spy.count(), 1);
         QCOMPARE(spy.at(0).at(0).value<CSiteStore::Table>(), CSiteStore::Table::VirtualPresets);
         QCOMPARE(spy.at(0).at(1).toString(), cam);
@@ -339,13 +318,13 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("env");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("option") << QStringList { "app", "--site", "/tmp/a.sqlite" } << "/tmp/env.sqlite"
+        QTest::newRow("option") << QStringList{"app", "--site", "/tmp/a.sqlite"} << "/tmp/env.sqlite"
                                 << "/tmp/a.sqlite";
-        QTest::newRow("option with =") << QStringList { "app", "--site=/tmp/b.sqlite" } << ""
+        QTest::newRow("option with =") << QStringList{"app", "--site=/tmp/b.sqlite"} << ""
                                        << "/tmp/b.sqlite";
-        QTest::newRow("environment") << QStringList { "app", "--user", "x" } << "/tmp/env.sqlite"
+        QTest::newRow("environment") << QStringList{"app", "--user", "x"} << "/tmp/env.sqlite"
                                      << "/tmp/env.sqlite";
-        QTest::newRow("default") << QStringList { "app" } << "" << CSiteStore::DefaultPath();
+        QTest::newRow("default") << QStringList{"app"} << "" << CSiteStore::DefaultPath();
     }
     void currentStoreAndPath()
     {

@@ -1,4 +1,5 @@
 #include "site_store/csitestore.h"
+#include "site_store/demosite.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,10 +12,10 @@
 
 using site_store::CSiteStore;
 
-// A writer killed with SIGKILL in the middle of its work leaves a store that
-// opens cleanly and holds every committed row, intact, and nothing else.
-// Regression: the current store outlived the application object and the SQL
-// driver crashed at static destruction.
+// Clients that die: a writer killed with SIGKILL in the middle of its work leaves a store that
+// opens cleanly and holds every committed row, intact, and nothing else; a lock left behind lapses
+// at its time. Regression: the current store outlived the application object and the SQL driver
+// crashed at static destruction.
 
 class TestSiteStoreCrash : public QObject
 {
@@ -46,7 +47,7 @@ private Q_SLOTS:
             }
         };
         connect(&writer, &QProcess::readyReadStandardOutput, this, readReports);
-        writer.start(QStringLiteral(SITE_STORE_WRITER), { path });
+        writer.start(QStringLiteral(SITE_STORE_WRITER), {path});
         QVERIFY2(writer.waitForStarted(), qPrintable(writer.errorString()));
         QTRY_VERIFY2_WITH_TIMEOUT(lastReported >= killAfter, writer.readAllStandardError().constData(), 60000);
 
@@ -60,7 +61,7 @@ private Q_SLOTS:
         const QStringList keys = store->deviceStateKeys(QStringLiteral("crash"));
         // The last commit may have landed just before the kill, unreported.
         QVERIFY2(keys.size() == lastReported || keys.size() == lastReported + 1,
-            qPrintable(QStringLiteral("%1 rows, %2 reported").arg(keys.size()).arg(lastReported)));
+                 qPrintable(QStringLiteral("%1 rows, %2 reported").arg(keys.size()).arg(lastReported)));
         for (int i = 1; i <= keys.size(); ++i) {
             const QString key = QStringLiteral("row-%1").arg(i, 8, 10, QLatin1Char('0'));
             QCOMPARE(keys.at(i - 1), key);
@@ -76,11 +77,42 @@ private Q_SLOTS:
         QTemporaryDir dir;
         QProcess process;
         process.start(QStringLiteral(SITE_STORE_WRITER),
-            { QStringLiteral("--current"), dir.filePath(QStringLiteral("s.sqlite")) });
+                      {QStringLiteral("--current"), dir.filePath(QStringLiteral("s.sqlite"))});
         QVERIFY(process.waitForFinished(30000));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 0);
         QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("5"));
+    }
+    void lockOfDeadProcessLapsesAtItsTime()
+    {
+        const QString camera = QString::fromLatin1(site_store::demo::kSpeedDome);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("site.sqlite"));
+        auto reader = CSiteStore::Open(path);
+        QVERIFY(!reader->lock(camera));
+
+        QProcess holder;
+        QByteArray out;
+        connect(&holder, &QProcess::readyReadStandardOutput, this, [&] { out += holder.readAllStandardOutput(); });
+        holder.start(QStringLiteral(SITE_STORE_WRITER), {QStringLiteral("--lock"), path, camera, QStringLiteral("60")});
+        QVERIFY2(holder.waitForStarted(), qPrintable(holder.errorString()));
+        QTRY_VERIFY2_WITH_TIMEOUT(out.contains('\n'), holder.readAllStandardError().constData(), 30000);
+        QVERIFY2(out.startsWith("locked "), out.constData());
+        const QDateTime expiry = QDateTime::fromMSecsSinceEpoch(out.mid(7).trimmed().toLongLong(), Qt::UTC);
+
+        auto lock = reader->lock(camera);
+        QVERIFY(lock);
+        QCOMPARE(lock->holder, QStringLiteral("writer"));
+        QCOMPARE(lock->expiresAt, expiry);
+
+        ::kill(pid_t(holder.processId()), SIGKILL);
+        QVERIFY(holder.waitForFinished(10000));
+        // Nobody releases it: it holds until its time, then it is gone.
+        QVERIFY(reader->lock(camera, expiry.addMSecs(-1)));
+        QVERIFY(!reader->lock(camera, expiry));
+        auto later = CSiteStore::Open(path);
+        QVERIFY(later->lock(camera, expiry.addMSecs(-1)));
+        QVERIFY(!later->lock(camera, expiry.addSecs(1)));
     }
 };
 

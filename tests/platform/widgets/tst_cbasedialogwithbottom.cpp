@@ -1,6 +1,5 @@
 #include "quillon/cbasedialogwithbottom.h"
 #include "quillon/cfixedcontentlineedit.h"
-#include "quillon/cplaceholdlineedit.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -63,19 +62,6 @@ private slots:
         QTest::mouseClick(dialog.GetConfirmButton(), Qt::LeftButton);
         QCOMPARE(accepted.count(), 1);
     }
-    void textsAndContent()
-    {
-        CBaseDialogWithBottom dialog;
-        dialog.SetTitle(QStringLiteral("AddPreset"));
-        dialog.SetConfirmButtonText(QStringLiteral("Yes"));
-        dialog.SetCancelButtonText(QStringLiteral("No"));
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("AddPreset"));
-        QCOMPARE(dialog.GetConfirmButton()->text(), QStringLiteral("Yes"));
-        QCOMPARE(dialog.GetCancelButton()->text(), QStringLiteral("No"));
-        QVERIFY(dialog.GetContentWidget());
-        QVERIFY(dialog.GetBottomFrame()->isAncestorOf(dialog.GetConfirmButton()));
-        QVERIFY(!dialog.GetContentWidget()->isAncestorOf(dialog.GetConfirmButton()));
-    }
     void fixedContentStaysOutOfText()
     {
         CFixedContentLineEdit edit;
@@ -94,14 +80,6 @@ private slots:
         edit.SetFixedContent(QString());
         QVERIFY(!label->isVisible());
         QCOMPARE(edit.textMargins().right(), 0);
-    }
-    void placeholderColour()
-    {
-        CPlaceholdLineEdit edit(QStringLiteral("name"));
-        QCOMPARE(edit.placeholderText(), QStringLiteral("name"));
-        edit.SetPlaceholderColor(QColor(1, 2, 3));
-        QCOMPARE(edit.palette().color(QPalette::PlaceholderText), QColor(1, 2, 3));
-        QCOMPARE(edit.property("placeholderColor").value<QColor>(), QColor(1, 2, 3));
     }
 };
 

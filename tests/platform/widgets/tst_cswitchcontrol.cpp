@@ -10,13 +10,6 @@ class TestCSwitchControl : public QObject
     Q_OBJECT
 
 private slots:
-    void startsOffAndCheckable()
-    {
-        CSwitchControl sw;
-        QVERIFY(sw.isCheckable());
-        QVERIFY(!sw.IsToggled());
-        QVERIFY(!sw.sizeHint().isEmpty());
-    }
     void clickTogglesAndReports()
     {
         CSwitchControl sw;
@@ -28,9 +21,16 @@ private slots:
         QVERIFY(sw.IsToggled());
         QTest::mouseClick(&sw, Qt::LeftButton);
         QVERIFY(!sw.IsToggled());
-        QCOMPARE(spy.count(), 2);
+        QTest::keyClick(&sw, Qt::Key_Space);
+        QVERIFY(sw.IsToggled());
+        QCOMPARE(spy.count(), 3);
         QCOMPARE(spy.at(0).at(0).toBool(), true);
         QCOMPARE(spy.at(1).at(0).toBool(), false);
+
+        sw.setEnabled(false);
+        QTest::mouseClick(&sw, Qt::LeftButton);
+        QVERIFY(sw.IsToggled());
+        QCOMPARE(spy.count(), 3);
     }
     void setToggleReportsOnlyChanges_data()
     {
@@ -54,28 +54,6 @@ private slots:
         QCOMPARE(sw.IsToggled(), wanted);
         QCOMPARE(spy.count(), emitted);
     }
-    void disabledSwitchIgnoresClicks()
-    {
-        CSwitchControl sw;
-        sw.resize(sw.sizeHint());
-        sw.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&sw));
-        sw.setEnabled(false);
-        QSignalSpy spy(&sw, &QAbstractButton::toggled);
-        QTest::mouseClick(&sw, Qt::LeftButton);
-        QVERIFY(!sw.IsToggled());
-        QCOMPARE(spy.count(), 0);
-    }
-    void keyboardToggles()
-    {
-        CSwitchControl sw;
-        sw.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&sw));
-        QSignalSpy spy(&sw, &QAbstractButton::toggled);
-        QTest::keyClick(&sw, Qt::Key_Space);
-        QCOMPARE(spy.count(), 1);
-        QVERIFY(sw.IsToggled());
-    }
     void paintsTrackInStateColour()
     {
         CSwitchControl sw;
@@ -86,8 +64,9 @@ private slots:
         // other end shows the track in the state's colour.
         const QPoint leftEnd(6, 10);
         const QPoint rightEnd(34, 10);
-        const auto at
-            = [](const QImage &img, const QPoint &p) { return QColor(img.pixel(p * img.devicePixelRatio())); };
+        const auto at = [](const QImage &img, const QPoint &p) {
+            return QColor(img.pixel(p * img.devicePixelRatio()));
+        };
         const QImage off = sw.grab().toImage();
         QCOMPARE(at(off, rightEnd), QColor(200, 0, 0));
         QCOMPARE(at(off, leftEnd), QColor(Qt::white));
