@@ -6,8 +6,6 @@
 #include "preset/csortpresetfiltermodel.h"
 
 #include "quillon/citemdatarole.h"
-#include "quillon/cscrollbar.h"
-#include "quillon/cscrollbardelegate.h"
 
 #include <QImage>
 #include <QPainter>
@@ -111,20 +109,6 @@ private slots:
         m_view->resize(400, 240);
         QCOMPARE(m_view->columnWidth(0), 77);
         m_view->setModel(m_proxy);
-    }
-    void themeNamesTheScrollBars()
-    {
-        m_view->SetWhiteTheme(true);
-        QVERIFY(m_view->alternatingRowColors());
-        m_view->SetWhiteTheme(false);
-        QVERIFY(!m_view->alternatingRowColors());
-        auto *bars = m_view->GetScrollBarDelegate();
-        QVERIFY(bars);
-        const QList<QWidget *> scrollBars{bars->GetVerticalScrollBar(), bars->GetHorizontalScrollBar()};
-        for (QWidget *bar : scrollBars) {
-            if (bar)
-                QCOMPARE(bar->objectName(), QStringLiteral("ptr_ptz_black_scrollbar_"));
-        }
     }
     void delegatePaintsTypePixmapRightAligned()
     {
