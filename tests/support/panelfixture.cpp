@@ -3,7 +3,9 @@
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QCoreApplication>
+#include <QGraphicsView>
 #include <QMouseEvent>
+#include <QTest>
 
 using PreviewPTZControl::CPTZCloud;
 
@@ -76,4 +78,24 @@ void PanelFixture::press(const char *widget)
 void PanelFixture::release(const char *widget)
 {
     sendMouse(child<QWidget>(widget), false);
+}
+
+void PanelFixture::settle(const QString &camera)
+{
+    auto *cam = TestEnv::camera(camera);
+    QTRY_VERIFY(controller()->PendingRequestCount() == 0 && (!cam || cam->pendingRequestCount() == 0));
+    QCoreApplication::processEvents();
+}
+
+QWidget *PanelFixture::padViewport() const
+{
+    auto *view = cloud()->findChild<QGraphicsView *>(QStringLiteral("ptr_graphics_view"));
+    return view ? view->viewport() : nullptr;
+}
+
+QPoint PanelFixture::padPoint(int section)
+{
+    static const QPoint inside[] = {{-45, -45}, {0, -50},  {45, -45}, {-50, 0}, {0, 0},
+                                    {50, 0},    {-45, 45}, {0, 50},   {45, 45}};
+    return (section >= 1 && section <= 9 ? inside[section - 1] : QPoint(103, -67)) + QPoint(87, 87);
 }

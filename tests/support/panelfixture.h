@@ -7,6 +7,11 @@
 #include "direction/cptzcloud.h"
 #include "panel/cpreviewptzwnd.h"
 
+#include <QApplication>
+#include <QTimer>
+
+#include <functional>
+
 namespace zeph_ptz_controller {
 class CSimpleFishEyeController;
 }
@@ -26,7 +31,11 @@ public:
 
     PreviewPTZControl::CPreviewPTZWnd *panel() const { return m_panel; }
     zeph_ptz_controller::CSimpleFishEyeController *fishEye() const { return m_fishEye; }
-    template <typename T> T *child(const char *name) const { return ::child<T>(m_panel, name); }
+    template <typename T>
+    T *child(const char *name) const
+    {
+        return ::child<T>(m_panel, name);
+    }
     PreviewPTZControl::CPTZCloud *cloud() const;
 
     // The pad emits these on mouse press and release over a section.
@@ -38,6 +47,31 @@ public:
     static void sendMouse(QWidget *widget, bool press);
 
     int count(const QString &camera, ptz_devices::DriverOperation op) const { return operations(camera).count(op); }
+
+    // Waits until the controller and the camera have nothing pending, then runs what was queued.
+    void settle(const QString &camera = kDome);
+    // The pad's mouse surface and a point well inside a section (1-9; others: off the ring), in its coordinates.
+    QWidget *padViewport() const;
+    static QPoint padPoint(int section);
+
+    // Answers the next modal dialog of type D from inside its event loop.
+    template <typename D>
+    static void answerNextDialog(std::function<void(D *)> fill, bool accept = true, bool *seen = nullptr)
+    {
+        QTimer::singleShot(0, qApp, [fill, accept, seen]() {
+            auto *dialog = qobject_cast<D *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            if (seen)
+                *seen = true;
+            if (fill)
+                fill(dialog);
+            if (accept)
+                dialog->GetConfirmButton()->click();
+            else
+                dialog->GetCancelButton()->click();
+        });
+    }
 
 private:
     PreviewPTZControl::CPreviewPTZWnd *m_panel = nullptr;

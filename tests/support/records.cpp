@@ -10,6 +10,13 @@ ptz_plugin_protocol::PresetInfo Preset(int number, int type, const QString &name
     return p;
 }
 
+ptz_plugin_protocol::PresetInfo RawPreset(int number, int type, const std::string &name)
+{
+    ptz_plugin_protocol::PresetInfo p = Preset(number, type, QString());
+    p.preset_name = name;
+    return p;
+}
+
 ptz_devices::DevicePatrolPoint PatrolPoint(int preset, int speed, int dwell)
 {
     ptz_devices::DevicePatrolPoint p;

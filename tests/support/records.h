@@ -15,5 +15,7 @@ inline const QString kCascade = QString::fromLatin1(site_store::demo::kCascade);
 inline const QString kOperator = QString::fromLatin1(site_store::demo::kOperator);
 
 ptz_plugin_protocol::PresetInfo Preset(int number, int type, const QString &name, int reserved = 0);
+// The same with the name's bytes as a request record carries them (they may be invalid UTF-8).
+ptz_plugin_protocol::PresetInfo RawPreset(int number, int type, const std::string &name);
 // One point of a device patrol: preset number, speed 1-40, dwell seconds.
 ptz_devices::DevicePatrolPoint PatrolPoint(int preset, int speed, int dwell);

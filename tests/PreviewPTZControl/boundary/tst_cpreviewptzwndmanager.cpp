@@ -1,14 +1,12 @@
 #include "boundary/cpreviewptzwndmanager.h"
 #include "boundary/cptzboardwidgetinterface.h"
 #include "boundary/previewptzcontroltranslator.h"
-#include "boundary/ptzcontrolparam.h"
 #include "panel/cpreviewptzwnd.h"
 
 #include "ptz_devices/csimulatedcamera.h"
 #include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 #include "zeph_plugin_manager/cdrivertestaccess.h"
-#include "zeph_ptz_controller/cuniversalptzcontroller.h"
 
 #include <QPushButton>
 #include <QSignalSpy>
@@ -34,50 +32,29 @@ private slots:
         site_store::CSiteStore::InstallCurrent(nullptr);
     }
 
-    void firstPanelForAScreenStays()
+    void oneRegisteredPanelPerScreen()
     {
         CPreviewPTZWnd first(3, false, false);
         CPreviewPTZWnd second(3, false, false);
+        CPreviewPTZWnd other(1, false, false);
+        registry()->AddPreviewPTZWnd(5, nullptr); // ignored
         registry()->AddPreviewPTZWnd(3, &first);
-        registry()->AddPreviewPTZWnd(3, &second);
+        registry()->AddPreviewPTZWnd(3, &second); // the first for a screen stays
+        registry()->AddPreviewPTZWnd(1, &other);
         QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(3), &first);
-        QCOMPARE(registry()->GetAllPreviewPTZWnd().size(), 1);
+        QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(0), nullptr);
+        QCOMPARE(registry()->GetAllPreviewPTZWnd().keys(), (QList<unsigned int>{1, 3}));
 
+        registry()->RemovePreviewPTZWnd(7); // absent: nothing happens
         registry()->RemovePreviewPTZWnd(3);
+        QCOMPARE(registry()->GetAllPreviewPTZWnd().keys(), QList<unsigned int>{1});
         registry()->AddPreviewPTZWnd(3, &second);
         QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(3), &second);
-    }
-    void unknownScreenIsNull()
-    {
-        CPreviewPTZWnd panel(0, false, false);
-        registry()->AddPreviewPTZWnd(0, &panel);
-        QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(1), nullptr);
-        QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(0), &panel);
-    }
-    void nullPanelIsIgnored()
-    {
-        registry()->AddPreviewPTZWnd(5, nullptr);
-        QVERIFY(!registry()->GetAllPreviewPTZWnd().contains(5));
-        CPreviewPTZWnd panel(5, false, false);
-        registry()->AddPreviewPTZWnd(5, &panel);
-        QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(5), &panel);
-    }
-    void removeDropsOnlyThatScreen()
-    {
-        CPreviewPTZWnd a(0, false, false);
-        CPreviewPTZWnd b(1, false, false);
-        registry()->AddPreviewPTZWnd(0, &a);
-        registry()->AddPreviewPTZWnd(1, &b);
-        registry()->RemovePreviewPTZWnd(7); // absent: nothing happens
-        registry()->RemovePreviewPTZWnd(0);
-        const auto all = registry()->GetAllPreviewPTZWnd();
-        QCOMPARE(all.keys(), QList<unsigned int> { 1 });
-        QCOMPARE(all.value(1), &b);
     }
     void racingThreadsGetOneRegistry()
     {
         CPreviewPTZWndManager::DestroyInstance();
-        std::atomic<int> go { 0 };
+        std::atomic<int> go{0};
         CPreviewPTZWndManager *seen[8] = {};
         QList<QThread *> threads;
         for (int i = 0; i < 8; ++i) {
@@ -98,33 +75,14 @@ private slots:
         // The registry lives on the user-interface thread.
         seen[0]->moveToThread(thread());
     }
-    void controlParamForms()
-    {
-        const PTZControlParam press(QStringLiteral("cam"), 21, 0, 1);
-        QCOMPARE(press.camera_index_code, QStringLiteral("cam"));
-        QVERIFY(press.owner_index_code.isEmpty());
-        QCOMPARE(press.command, 21u);
-        QCOMPARE(press.action, 0u);
-        QCOMPARE(press.skip, false);
-        QCOMPARE(press.extra, 1u);
-
-        const PTZControlParam stop(QStringLiteral("owner"), QStringLiteral("cam"), 44, 1, true);
-        QCOMPARE(stop.owner_index_code, QStringLiteral("owner"));
-        QCOMPARE(stop.camera_index_code, QStringLiteral("cam"));
-        QCOMPARE(stop.command, 44u);
-        QCOMPARE(stop.action, 1u);
-        QCOMPARE(stop.skip, true);
-        QCOMPARE(stop.extra, 0u);
-    }
-    void boardWidgetForwardsTips()
+    void boardWidgetForwardsEachTipOnce()
     {
         CPTZBoardWidgetInterface board(2, false, false);
-        QVERIFY(board.PreviewPTZWnd());
         QCOMPARE(board.PreviewPTZWnd()->parentWidget(), &board);
         QSignalSpy tips(&board, &CPTZBoardWidgetInterface::SignalMessageTipNeeded);
         emit board.PreviewPTZWnd()->SignalMessageTipNeeded(QStringLiteral("from panel"), 2);
         QCOMPARE(tips.count(), 1);
-        QCOMPARE(tips.at(0), (QVariantList { QStringLiteral("from panel"), 2 }));
+        QCOMPARE(tips.at(0), (QVariantList{QStringLiteral("from panel"), 2}));
 
         // A failure of the board's own controller reaches the host as a tip as well.
         board.SetCamera(QString(), QStringLiteral("demo-speed-dome"));
@@ -144,7 +102,7 @@ private slots:
         QVERIFY(InstallTranslator(QCoreApplication::instance(), QLocale(QLocale::German)));
         QCOMPARE(QCoreApplication::translate("PreviewPTZControl::CPTZCloud", "TurnUp"), QStringLiteral("Tilt up"));
         QCOMPARE(QCoreApplication::translate("PreviewPTZControl::CPreviewPTZWnd", "TrackOperationInProgkdawnXPU"),
-            QStringLiteral("A pattern is being recorded on this camera."));
+                 QStringLiteral("A pattern is being recorded on this camera."));
         // Installing twice keeps one translator.
         QVERIFY(InstallTranslator(QCoreApplication::instance()));
     }

@@ -12,7 +12,6 @@
 #include <QSvgRenderer>
 #include <QtTest>
 
-using PreviewPTZControl::CPathWithStatus;
 using PreviewPTZControl::CPTZCloud;
 using PreviewPTZControl::CPTZGraphicsView;
 
@@ -25,9 +24,9 @@ enum State { Normal = 0, Hover = 1, Pressed = 2, Checked = 3, Disabled = 4 };
 // Pad coordinates (origin at the centre) of a point well inside each section 1-9; others: outside the ring.
 QPoint pointIn(int section)
 {
-    static const QPoint inside[] = { { -45, -45 }, { 0, -50 }, { 45, -45 }, { -50, 0 }, { 0, 0 }, { 50, 0 },
-        { -45, 45 }, { 0, 50 }, { 45, 45 } };
-    return section >= 1 && section <= 9 ? inside[section - 1] : QPoint(80, 80);
+    static const QPoint inside[] = {{-45, -45}, {0, -50},  {45, -45}, {-50, 0}, {0, 0},
+                                    {50, 0},    {-45, 45}, {0, 50},   {45, 45}};
+    return section >= 1 && section <= 9 ? inside[section - 1] : QPoint(84, 84);
 }
 
 } // namespace
@@ -48,7 +47,6 @@ private slots:
         m_pad->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_pad));
         auto *view = m_pad->findChild<CPTZGraphicsView *>(QStringLiteral("ptr_graphics_view"));
-        QVERIFY(view);
         QCOMPARE(view->size(), QSize(174, 174));
         m_viewport = view->viewport();
         m_pressSpy = new QSignalSpy(m_pad, &CPTZCloud::signalPressSection);
@@ -59,8 +57,6 @@ private slots:
         delete m_pressSpy;
         delete m_releaseSpy;
         delete m_pad;
-        m_pressSpy = m_releaseSpy = nullptr;
-        m_pad = nullptr;
     }
 
     void hitTest_data()
@@ -68,21 +64,20 @@ private slots:
         QTest::addColumn<QPoint>("point");
         QTest::addColumn<QList<int>>("hits");
 
-        for (int s = 1; s <= 9; ++s) {
-            QTest::addRow("inside section %d", s) << pointIn(s) << QList<int> { s };
-        }
-        QTest::newRow("up near the ring edge") << QPoint(-10, -70) << QList<int> { 2 };
-        QTest::newRow("down near the centre disc") << QPoint(5, 32) << QList<int> { 8 };
+        for (int s = 1; s <= 9; ++s)
+            QTest::addRow("inside section %d", s) << pointIn(s) << QList<int>{s};
+        QTest::newRow("up near the ring edge") << QPoint(-10, -70) << QList<int>{2};
+        QTest::newRow("down near the centre disc") << QPoint(5, 32) << QList<int>{8};
         // The centre is a square: its corners lie outside the centre disc, in the cross.
-        QTest::newRow("centre square corner") << QPoint(27, -27) << QList<int> { 5 };
-        QTest::newRow("cross inside the centre band") << QPoint(-20, 26) << QList<int> { 5 };
+        QTest::newRow("centre square corner") << QPoint(27, -27) << QList<int>{5};
+        QTest::newRow("cross inside the centre band") << QPoint(-20, 26) << QList<int>{5};
         // The cross between the up and left arms belongs to both rules; the walk takes 2 first.
-        QTest::newRow("cross between up and left") << QPoint(-30, -32) << QList<int> { 2, 4 };
-        QTest::newRow("diagonal lens near its tip") << QPoint(52, 52) << QList<int> { 9 };
-        QTest::newRow("outside the ring, right") << QPoint(78, 0) << QList<int> {};
-        QTest::newRow("outside the ring, up") << QPoint(0, -77) << QList<int> {};
-        QTest::newRow("pad corner") << QPoint(-86, -86) << QList<int> {};
-        QTest::newRow("beyond the diagonal lens") << QPoint(-58, 58) << QList<int> {};
+        QTest::newRow("cross between up and left") << QPoint(-30, -32) << QList<int>{2, 4};
+        QTest::newRow("diagonal lens near its tip") << QPoint(52, 52) << QList<int>{9};
+        QTest::newRow("outside the ring, right") << QPoint(78, 0) << QList<int>{};
+        QTest::newRow("outside the ring, up") << QPoint(0, -77) << QList<int>{};
+        QTest::newRow("pad corner") << QPoint(-86, -86) << QList<int>{};
+        QTest::newRow("beyond the diagonal lens") << QPoint(-58, 58) << QList<int>{};
     }
     void hitTest()
     {
@@ -90,37 +85,33 @@ private slots:
         QFETCH(QList<int>, hits);
 
         QList<int> actual;
-        for (int s = 1; s <= 9; ++s) {
-            if (m_pad->hitSection(point, s)) {
+        for (int s = -1; s <= 9; ++s) {
+            if (m_pad->hitSection(point, s))
                 actual << s;
-            }
         }
         QCOMPARE(actual, hits);
         QCOMPARE(m_pad->sectionAt(point), hits.isEmpty() ? -1 : hits.first());
-        QVERIFY(!m_pad->hitSection(point, -1));
-        QVERIFY(!m_pad->hitSection(point, 0));
-
         // With the centre out of the way, the cross near the middle belongs to no arrow.
-        m_pad->SetSectionsEnabled({ 5 }, false);
-        const bool nearMiddle = qAbs(point.x()) < 29 && qAbs(point.y()) < 29;
-        if (nearMiddle) {
+        m_pad->SetSectionsEnabled({5}, false);
+        if (qAbs(point.x()) < 29 && qAbs(point.y()) < 29)
             QCOMPARE(m_pad->sectionAt(point), -1);
-        }
     }
     void arrowRuleBoundaries_data()
     {
         QTest::addColumn<QPoint>("point");
         QTest::addColumn<int>("section");
         QTest::addColumn<bool>("hit");
-        // Points of the cross just at and just inside 29 from the centre on one axis.
-        QTest::newRow("left at -29") << QPoint(-29, 12) << 4 << true;
-        QTest::newRow("left at -28") << QPoint(-28, 12) << 4 << false;
-        QTest::newRow("up at -29") << QPoint(12, -29) << 2 << true;
-        QTest::newRow("up at -28") << QPoint(12, -28) << 2 << false;
-        QTest::newRow("right at 29") << QPoint(29, 12) << 6 << true;
-        QTest::newRow("right at 28") << QPoint(28, 12) << 6 << false;
-        QTest::newRow("down at 29") << QPoint(12, 29) << 8 << true;
-        QTest::newRow("down at 28") << QPoint(12, 28) << 8 << false;
+        // Points of the cross at and just inside 29 from the centre on one axis.
+        const struct
+        {
+            int section;
+            QPoint direction;
+        } arms[] = {{4, {-1, 0}}, {2, {0, -1}}, {6, {1, 0}}, {8, {0, 1}}};
+        for (const auto &arm : arms) {
+            const QPoint across(qAbs(arm.direction.y()) * 12, qAbs(arm.direction.x()) * 12);
+            QTest::addRow("%d at 29", arm.section) << arm.direction * 29 + across << arm.section << true;
+            QTest::addRow("%d at 28", arm.section) << arm.direction * 28 + across << arm.section << false;
+        }
     }
     void arrowRuleBoundaries()
     {
@@ -131,107 +122,84 @@ private slots:
         QCOMPARE(m_pad->hitSection(point, section), hit);
     }
 
-    void releaseOnPressedArrow()
+    void releaseNamesTheSectionUnderTheCursor_data()
     {
-        press(2);
+        QTest::addColumn<int>("pressed");
+        QTest::addColumn<int>("releasedOver"); // 0: off the pad
+        QTest::addColumn<int>("reported");
+        QTest::addColumn<int>("keptPressed");
+        QTest::newRow("on the pressed arrow") << 2 << 2 << 2 << 2;
+        QTest::newRow("on another arrow") << 2 << 9 << 9 << 2;
+        // A drag off the pressed arrow must still stop it.
+        QTest::newRow("off the pad") << 6 << 0 << 6 << -1;
+    }
+    void releaseNamesTheSectionUnderTheCursor()
+    {
+        QFETCH(int, pressed);
+        QFETCH(int, releasedOver);
+        QFETCH(int, reported);
+        QFETCH(int, keptPressed);
+        press(pressed);
         QCOMPARE(m_pressSpy->count(), 1);
-        QCOMPARE(m_pressSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::TopMiddle);
-        QVERIFY(m_pressSpy->at(0).at(0).value<QMouseEvent *>() != nullptr);
-        QCOMPARE(m_pad->sectionStatus(2), int(Pressed));
-        QCOMPARE(m_pad->pressedSection(), 2);
+        QCOMPARE(m_pressSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::enClickSection(pressed));
+        QVERIFY(m_pressSpy->at(0).at(0).value<QMouseEvent *>());
+        QCOMPARE(m_pad->sectionStatus(pressed), int(Pressed));
+        // Held while the cursor wanders off the pad.
+        QTest::mouseMove(m_viewport, viewportPoint(pointIn(0)));
+        QCOMPARE(m_pad->sectionStatus(pressed), int(Pressed));
         QCOMPARE(m_releaseSpy->count(), 0);
 
-        release(2);
+        release(releasedOver);
         QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::TopMiddle);
-        QCOMPARE(m_pad->sectionStatus(2), int(Hover));
-        // The stored arrow is kept when the release lands on a section.
-        QCOMPARE(m_pad->pressedSection(), 2);
-        QCOMPARE(m_pressSpy->count(), 1);
-    }
-    void dragOffThePadStopsThePressedArrow()
-    {
-        press(6);
-        QTest::mouseMove(m_viewport, viewportPoint(QPoint(84, 84)));
-        QCOMPARE(m_pad->sectionStatus(6), int(Pressed));
-        QTest::mouseRelease(m_viewport, Qt::LeftButton, Qt::NoModifier, viewportPoint(QPoint(84, 84)));
-
-        QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::MiddleRight);
-        QCOMPARE(m_pad->pressedSection(), -1);
-        QCOMPARE(m_pad->sectionStatus(6), int(Normal));
-
+        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::enClickSection(reported));
+        QCOMPARE(m_pad->pressedSection(), keptPressed);
+        QCOMPARE(m_pad->sectionStatus(pressed), releasedOver == pressed ? int(Hover) : int(Normal));
+        if (releasedOver != 0) {
+            QCOMPARE(m_pad->sectionStatus(releasedOver), int(Hover));
+            return;
+        }
         // A second stray release has nothing left to stop.
-        QTest::mouseRelease(m_viewport, Qt::LeftButton, Qt::NoModifier, viewportPoint(QPoint(84, 84)));
+        release(0);
         QCOMPARE(m_releaseSpy->count(), 1);
     }
-    void releaseOnAnotherArrowNamesThatArrow()
-    {
-        press(2);
-        release(9);
-        QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::BottomRight);
-        QCOMPARE(m_pad->sectionStatus(2), int(Normal));
-        QCOMPARE(m_pad->sectionStatus(9), int(Hover));
-    }
-    void otherButtonsAreIgnored_data()
+    void disabledOrOtherButtonNeverReacts_data()
     {
         QTest::addColumn<int>("buttonValue");
-        QTest::newRow("right") << int(Qt::RightButton);
-        QTest::newRow("middle") << int(Qt::MiddleButton);
+        QTest::addColumn<QString>("off"); // "sections" 2 and 5, the whole "pad", or nothing
+        QTest::newRow("right button") << int(Qt::RightButton) << QString();
+        QTest::newRow("middle button") << int(Qt::MiddleButton) << QString();
+        QTest::newRow("sections disabled") << int(Qt::LeftButton) << "sections";
+        QTest::newRow("pad disabled") << int(Qt::LeftButton) << "pad";
     }
-    void otherButtonsAreIgnored()
+    void disabledOrOtherButtonNeverReacts()
     {
         QFETCH(int, buttonValue);
-        const auto button = static_cast<Qt::MouseButton>(buttonValue);
-        press(4, button);
-        release(4, button);
-        press(5, button);
+        const auto button = Qt::MouseButton(buttonValue);
+        QFETCH(QString, off);
+        const bool sections = off == QLatin1String("sections");
+        const bool pad = off == QLatin1String("pad");
+        m_pad->setEnabled(!pad);
+        if (sections)
+            m_pad->SetSectionsEnabled({2, 5}, false);
+        for (int s : {2, 5}) {
+            moveTo(s);
+            press(s, button);
+            release(s, button);
+        }
         QCOMPARE(m_pressSpy->count(), 0);
         QCOMPARE(m_releaseSpy->count(), 0);
-        // The cursor hovers the centre; no other button presses or checks anything.
-        QCOMPARE(m_pad->sectionStatus(4), int(Normal));
-        QCOMPARE(m_pad->sectionStatus(5), int(Hover));
         QCOMPARE(m_pad->pressedSection(), -1);
-
-        // A left press followed by another button's release keeps the arrow running.
-        press(4);
-        QTest::mouseRelease(m_viewport, button, Qt::NoModifier, viewportPoint(QPoint(84, 84)));
-        QCOMPARE(m_releaseSpy->count(), 0);
-        QCOMPARE(m_pad->sectionStatus(4), int(Pressed));
-    }
-    void disabledSectionNeverReacts()
-    {
-        m_pad->SetSectionsEnabled({ 2, 5 }, false);
-        for (int s : { 2, 5 }) {
-            moveTo(s);
-            press(s);
-            release(s);
-            QCOMPARE(m_pad->sectionStatus(s), int(Disabled));
-        }
-        QTest::mouseMove(m_viewport, viewportPoint(QPoint(84, 84)));
+        // The cursor stays over the centre; no other button presses or checks anything.
+        QCOMPARE(m_pad->sectionStatus(5), sections ? int(Disabled) : pad ? int(Normal) : int(Hover));
         QEvent leave(QEvent::Leave);
         QApplication::sendEvent(m_viewport, &leave);
-        QCOMPARE(m_pad->sectionStatus(2), int(Disabled));
-        QCOMPARE(m_pressSpy->count(), 0);
-        QCOMPARE(m_releaseSpy->count(), 0);
-        QVERIFY(CPTZCloud::sectionImage(2, Disabled).endsWith(QLatin1String("ptz_control_panel_arrows_dis.svg")));
+        QCOMPARE(m_pad->sectionStatus(2), sections ? int(Disabled) : int(Normal));
 
-        // Its neighbours still work.
-        press(8);
-        QCOMPARE(m_pressSpy->count(), 1);
-    }
-    void disabledPadIgnoresMouse()
-    {
-        m_pad->setEnabled(false);
-        moveTo(2);
-        press(2);
-        release(2);
-        press(5);
-        QCOMPARE(m_pressSpy->count(), 0);
-        QCOMPARE(m_releaseSpy->count(), 0);
-        QCOMPARE(m_pad->sectionStatus(2), int(Normal));
-        QCOMPARE(m_pad->sectionStatus(5), int(Normal));
+        // The neighbours still work; another button's release keeps a left-pressed arrow running.
+        press(4);
+        QCOMPARE(m_pressSpy->count(), pad ? 0 : 1);
+        release(0, button);
+        QCOMPARE(m_releaseSpy->count(), button == Qt::LeftButton && !pad ? 1 : 0);
     }
     void centreToggles()
     {
@@ -239,8 +207,6 @@ private slots:
         QCOMPARE(m_pressSpy->count(), 1);
         QCOMPARE(m_pressSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::Center);
         QCOMPARE(m_pad->sectionStatus(5), int(Checked));
-        QCOMPARE(m_pad->pressedSection(), 5);
-
         // Releasing a checked centre is not a release of auto-scan.
         release(5);
         QCOMPARE(m_releaseSpy->count(), 0);
@@ -251,10 +217,14 @@ private slots:
         QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::Center);
         QCOMPARE(m_pad->sectionStatus(5), int(Normal));
         QCOMPARE(m_pad->pressedSection(), -1);
-
         release(5);
         QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_pad->sectionStatus(5), int(Hover));
+        QCOMPARE(m_pressSpy->count(), 1);
+
+        // The panel's checked centre behaves as if pressed by the user: the next press stops it.
+        m_pad->SetSectionChecked(5, true);
+        press(5);
+        QCOMPARE(m_releaseSpy->count(), 2);
         QCOMPARE(m_pressSpy->count(), 1);
     }
     void hoverFreezesWhileArrowHeld()
@@ -269,145 +239,80 @@ private slots:
         moveTo(8);
         QCOMPARE(m_pad->sectionStatus(4), int(Pressed));
         QCOMPARE(m_pad->sectionStatus(8), int(Normal));
-
         QEvent leave(QEvent::Leave);
         QApplication::sendEvent(m_viewport, &leave);
         QCOMPARE(m_pad->sectionStatus(4), int(Normal));
-    }
-    void enterHoversTheSectionUnderTheCursor()
-    {
+
+        // Entering hovers the section under the cursor.
         const QPoint local = viewportPoint(pointIn(7));
         QEnterEvent enter(local, local, m_viewport->mapToGlobal(local));
         QApplication::sendEvent(m_viewport, &enter);
         QCOMPARE(m_pad->sectionStatus(7), int(Hover));
         QCOMPARE(m_pad->toolTip(), QStringLiteral("LowerLeft"));
-
-        // Entering again elsewhere while a section still shows hover stops at that section.
-        const QPoint other = viewportPoint(pointIn(9));
-        QEnterEvent again(other, other, m_viewport->mapToGlobal(other));
-        QApplication::sendEvent(m_viewport, &again);
-        QCOMPARE(m_pad->sectionStatus(7), int(Hover));
-        QCOMPARE(m_pad->sectionStatus(9), int(Normal));
-    }
-
-    void toolTipFollowsHover_data()
-    {
-        QTest::addColumn<int>("section");
-        QTest::addColumn<QString>("key");
-        QTest::newRow("1") << 1 << "UpperLeft";
-        QTest::newRow("2") << 2 << "TurnUp";
-        QTest::newRow("3") << 3 << "UpperRight";
-        QTest::newRow("4") << 4 << "TurningToTheLeft";
-        QTest::newRow("5") << 5 << "StartAuto-Scanning";
-        QTest::newRow("6") << 6 << "ToTheRightTurn";
-        QTest::newRow("7") << 7 << "LowerLeft";
-        QTest::newRow("8") << 8 << "TurnDown";
-        QTest::newRow("9") << 9 << "LowerRight";
     }
     void toolTipFollowsHover()
     {
-        QFETCH(int, section);
-        QFETCH(QString, key);
-        moveTo(section);
-        QCOMPARE(m_pad->tipSection(), section);
-        QCOMPARE(m_pad->toolTip(), key);
-
-        QTest::mouseMove(m_viewport, viewportPoint(QPoint(84, -84)));
+        const QStringList keys{"UpperLeft",      "TurnUp",    "UpperRight", "TurningToTheLeft", "StartAuto-Scanning",
+                               "ToTheRightTurn", "LowerLeft", "TurnDown",   "LowerRight"};
+        for (int section = 1; section <= 9; ++section) {
+            moveTo(section);
+            QCOMPARE(m_pad->tipSection(), section);
+            QCOMPARE(m_pad->toolTip(), keys.at(section - 1));
+        }
+        moveTo(0);
         QCOMPARE(m_pad->tipSection(), -1);
         QCOMPARE(m_pad->toolTip(), QString());
-    }
-    void centreToolTipFollowsCheckedStateOnNextHoverChange()
-    {
+
+        // The centre's tip follows its checked state on the next hover change.
         moveTo(5);
-        QCOMPARE(m_pad->toolTip(), QStringLiteral("StartAuto-Scanning"));
         press(5);
         release(5);
-        moveTo(5);
-        // Same section under the cursor: the tip is left alone.
-        QCOMPARE(m_pad->toolTip(), QStringLiteral("StartAuto-Scanning"));
         moveTo(6);
         moveTo(5);
-        QCOMPARE(m_pad->sectionStatus(5), int(Checked));
         QCOMPARE(m_pad->toolTip(), QStringLiteral("StopAuto-Scanning"));
-
         press(5);
         moveTo(2);
         moveTo(5);
         QCOMPARE(m_pad->toolTip(), QStringLiteral("StartAuto-Scanning"));
     }
-    void unchangedSectionKeepsToolTip()
+    void setSectionsEnabledAndChecked()
     {
-        moveTo(3);
-        m_pad->setToolTip(QStringLiteral("set elsewhere"));
-        QTest::mouseMove(m_viewport, viewportPoint(pointIn(3) + QPoint(2, 2)));
-        QCOMPARE(m_pad->toolTip(), QStringLiteral("set elsewhere"));
-    }
-
-    void setSectionsEnabled()
-    {
-        m_pad->SetSectionsEnabled({ 1, 3, 6, 4, 7, 9 }, false);
-        for (int s = 1; s <= 9; ++s) {
-            const bool off = (s != 2 && s != 5 && s != 8);
-            QCOMPARE(m_pad->sectionStatus(s), off ? int(Disabled) : int(Normal));
-        }
-        // An empty list changes nothing, whatever the flag.
-        m_pad->SetSectionsEnabled({}, true);
+        m_pad->SetSectionsEnabled({1, 3, 6, 4, 7, 9}, false);
+        for (int s = 1; s <= 9; ++s)
+            QCOMPARE(m_pad->sectionStatus(s), s % 3 == 2 ? int(Normal) : int(Disabled));
+        m_pad->SetSectionsEnabled({}, true); // an empty list changes nothing
         QCOMPARE(m_pad->sectionStatus(6), int(Disabled));
-        // Unknown numbers are skipped.
-        m_pad->SetSectionsEnabled({ -1, 0, 10, 6 }, true);
+        m_pad->SetSectionsEnabled({-1, 0, 10, 6}, true); // unknown numbers are skipped
         QCOMPARE(m_pad->sectionStatus(6), int(Normal));
         QCOMPARE(m_pad->sectionStatus(4), int(Disabled));
 
         // Enabling resets to normal, even a checked centre.
         m_pad->SetSectionChecked(5, true);
-        m_pad->SetSectionsEnabled({ 5 }, true);
-        QCOMPARE(m_pad->sectionStatus(5), int(Normal));
-    }
-    void setSectionChecked()
-    {
-        m_pad->SetSectionChecked(5, true);
         QCOMPARE(m_pad->sectionStatus(5), int(Checked));
-        // The panel's checked centre behaves as if pressed by the user: the next press stops it.
-        press(5);
-        QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_pressSpy->count(), 0);
-        m_pad->SetSectionChecked(5, true);
-        m_pad->SetSectionChecked(5, false);
+        m_pad->SetSectionsEnabled({5}, true);
         QCOMPARE(m_pad->sectionStatus(5), int(Normal));
         m_pad->SetSectionChecked(42, true);
         QCOMPARE(m_pad->sectionStatus(42), -1);
     }
-
-    void padImagesExist_data()
+    void padImagesExistInBothThemes()
     {
-        QTest::addColumn<QString>("path");
-        QCOMPARE(CPTZCloud::backgroundImage(), QStringLiteral(":/Images/PTZ/Direction/ptz_control_panel_bg.svg"));
-        QCOMPARE(
-            CPTZCloud::backgroundImage(true), QStringLiteral(":/Images/PTZWhite/Direction/ptz_control_panel_bg.svg"));
-        QTest::newRow("background") << CPTZCloud::backgroundImage();
+        QStringList paths{CPTZCloud::backgroundImage()};
         for (int s = 1; s <= 9; ++s) {
             for (int state = Normal; state <= Disabled; ++state) {
-                const QString path = CPTZCloud::sectionImage(s, state);
-                if (state == Checked && s != 5) {
-                    QVERIFY2(path.isEmpty(), qPrintable(path));
-                    continue;
-                }
-                QString white = path;
-                white.replace(QLatin1String(":/Images/PTZ/"), QLatin1String(":/Images/PTZWhite/"));
-                QCOMPARE(CPTZCloud::sectionImage(s, state, true), white);
-                QTest::addRow("section %d state %d", s, state) << path;
+                if (state != Checked || s == 5)
+                    paths << CPTZCloud::sectionImage(s, state);
             }
         }
-    }
-    void padImagesExist()
-    {
-        QFETCH(QString, path);
-        QVERIFY(path.startsWith(QLatin1String(":/Images/PTZ/Direction/")));
-        QVERIFY2(QFile::exists(path), qPrintable(path));
-        QVERIFY2(QSvgRenderer(path).isValid(), qPrintable(path));
-        QString white = path;
-        white.replace(QLatin1String(":/Images/PTZ/"), QLatin1String(":/Images/PTZWhite/"));
-        QVERIFY2(QSvgRenderer(white).isValid(), qPrintable(white));
+        QVERIFY(CPTZCloud::sectionImage(2, Checked).isEmpty());
+        QVERIFY(CPTZCloud::sectionImage(2, Disabled).endsWith(QLatin1String("ptz_control_panel_arrows_dis.svg")));
+        for (const QString &path : qAsConst(paths)) {
+            QVERIFY2(path.startsWith(QLatin1String(":/Images/PTZ/Direction/")), qPrintable(path));
+            QString white = path;
+            white.replace(QLatin1String(":/Images/PTZ/"), QLatin1String(":/Images/PTZWhite/"));
+            QVERIFY2(QSvgRenderer(path).isValid() && QSvgRenderer(white).isValid(), qPrintable(path));
+        }
+        QCOMPARE(CPTZCloud::sectionImage(4, Hover, true),
+                 CPTZCloud::sectionImage(4, Hover).replace(QLatin1String("/PTZ/"), QLatin1String("/PTZWhite/")));
     }
     void paintedImageFollowsStateAndRotation()
     {
@@ -419,7 +324,7 @@ private slots:
         const QColor pressed = pixelAt(upArrow);
         QVERIFY2(pressed.blue() > pressed.red() + 80, qPrintable(pressed.name()));
         release(2);
-        m_pad->SetSectionsEnabled({ 2 }, false);
+        m_pad->SetSectionsEnabled({2}, false);
         QVERIFY2(qGray(pixelAt(upArrow).rgb()) < qGray(normal.rgb()) - 50, qPrintable(pixelAt(upArrow).name()));
 
         // The left arrow is turned a quarter anticlockwise: its base is on the right.

@@ -1,55 +1,26 @@
 #include "support/panelfixture.h"
 
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
-
 #include "preset/caddpresetdialog.h"
 #include "preset/ceditpresetdialog.h"
-#include "preset/cpresettablemodel.h"
 #include "preset/cpresettableview.h"
-#include "preset/presetnamerules.h"
 
 #include "quillon/citemdatarole.h"
 #include "quillon/cplaceholdlineedit.h"
 #include "vs_ui_data_controller/cnomalmessagemanager.h"
 #include "zeph_ptz_controller/cptzgetcontroller.h"
+#include "zeph_ptz_controller/cptzstatestoragemanager.h"
+#include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
-
-#include <algorithm>
-#include <cmath>
-#include <functional>
 
 using namespace PreviewPTZControl;
 using ptz_devices::DriverOperation;
 using vs_ui_data_controller::CNomalMessageManager;
-namespace demo = site_store::demo;
-
-namespace {
-
-// Answers the next modal dialog of type D from inside its event loop.
-template <typename D> void AnswerNextDialog(bool *seen, std::function<void(D *)> fill, bool accept)
-{
-    QTimer::singleShot(0, qApp, [seen, fill, accept]() {
-        auto *dialog = qobject_cast<D *>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        *seen = true;
-        if (fill)
-            fill(dialog);
-        if (accept)
-            dialog->GetConfirmButton()->click();
-        else
-            dialog->GetCancelButton()->click();
-    });
-}
-} // namespace
+using Tip = QPair<QString, int>;
 
 class TestPreviewPTZWndPresets : public QObject
 {
@@ -74,136 +45,129 @@ private slots:
         m_env.tearDown();
     }
 
-    void addStoresCurrentPositionOnTheCamera()
+    void addRenameAndDeleteReachTheCamera()
     {
         QCOMPARE(countText(), QStringLiteral("(0/256)"));
         dome()->setPosition(120.0, -30.0, 3.0);
         QVERIFY(addPreset(1, QStringLiteral("Gate")));
         QTRY_COMPARE(dome()->presets().size(), 1);
-        const auto stored = dome()->presets().first();
-        QCOMPARE(stored.number, 1);
-        QCOMPARE(stored.name, QStringLiteral("Gate"));
-        QCOMPARE(stored.pan, 120.0);
-        QTRY_COMPARE(names(), QStringList { QStringLiteral("Gate") });
+        QCOMPARE(dome()->presets().first().name, QStringLiteral("Gate"));
+        QCOMPARE(dome()->presets().first().pan, 120.0);
+        QTRY_COMPARE(names(), QStringList{"Gate"});
         QTRY_COMPARE(countText(), QStringLiteral("(1/256)"));
-        QVERIFY(addButton()->isEnabled());
-
         // The next free number is offered next.
         QVERIFY(addPreset(2, QStringLiteral("Yard")));
         QTRY_COMPARE(countText(), QStringLiteral("(2/256)"));
+        m_env.settle();
+
+        bool seen = false;
+        PanelFixture::answerNextDialog<CEditPresetDialog>(
+            [](CEditPresetDialog *dialog) {
+                QCOMPARE(dialog->GetPresetName(), QStringLiteral("Gate"));
+                dialog->GetNameEdit()->setText(QStringLiteral("Новый"));
+            },
+            true, &seen);
+        emit view()->SignalEditPreset(rowOf(1));
+        QVERIFY(seen);
+        QTRY_COMPARE(dome()->presets().value(0).name, QStringLiteral("Новый"));
+        QTRY_COMPARE(names(), (QStringList{"Новый", "Yard"}));
+
+        emit view()->SignalDeletePreset(rowOf(1));
+        QCOMPARE(m_asked, QStringList{"ConfirmToDelete"});
+        QTRY_COMPARE(dome()->presets().size(), 1);
+        QCOMPARE(dome()->presets().first().number, 2);
+        QTRY_COMPARE(names(), QStringList{"Yard"});
+        QTRY_COMPARE(countText(), QStringLiteral("(1/256)"));
     }
     void callRestoresPositionAndStopsRunningFunctions()
     {
         dome()->setPosition(200.0, -20.0, 2.0);
         QVERIFY(addPreset(1, QStringLiteral("Door")));
         QTRY_VERIFY(rowOf(1).isValid());
-        settle();
-
-        // Auto-scan running, and a patrol recorded as running on the camera.
-        emit child<CPTZCloud>("ptr_cloud_")->signalPressSection(nullptr, CPTZCloud::Center);
+        m_env.settle();
+        // Saving keeps auto-scan running.
+        m_env.pressSection(CPTZCloud::Center);
         QTRY_VERIFY(dome()->status().autoScan);
-        m_env.clock()->advance(2000);
-        zeph_ptz_controller::CPTZStateStorageManager::Instance()->SetCruising(kDome, true, 2);
-        dome()->clearRequestLog();
+        QVERIFY(addPreset(2, QStringLiteral("While scanning")));
+        QTRY_VERIFY(rowOf(2).isValid());
+        m_env.settle();
+        QVERIFY(dome()->status().autoScan);
+        QVERIFY(storage()->IsAutoScan(kDome, false));
+        QVERIFY(!m_env.operations(kDome).contains(DriverOperation::StopPatrol));
 
+        // Calling ends auto-scan and a patrol recorded as running on the camera.
+        m_env.clock()->advance(2000);
+        storage()->SetCruising(kDome, true, 2);
+        dome()->clearRequestLog();
         emit view()->SignalPlayPreset(rowOf(1));
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::GotoPreset));
         QTRY_VERIFY(!dome()->status().autoScan);
-        QTRY_VERIFY(!zeph_ptz_controller::CPTZStateStorageManager::Instance()->IsAutoScan(kDome, false));
-        QTRY_VERIFY(zeph_ptz_controller::CPTZStateStorageManager::Instance()->GetRunningCruise(kDome) <= 0);
+        QTRY_VERIFY(!storage()->IsAutoScan(kDome, false));
+        QTRY_VERIFY(storage()->GetRunningCruise(kDome) <= 0);
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::StopPatrol));
-        for (int i = 0; i < 100 && (std::abs(dome()->status().pan - 200.0) > 0.01); ++i) {
-            m_env.clock()->advance(500);
-            QCoreApplication::processEvents();
-        }
-        QCOMPARE(dome()->status().pan, 200.0);
+        QTRY_VERIFY((m_env.clock()->advance(500), std::abs(dome()->status().pan - 200.0) < 0.01));
         QCOMPARE(dome()->status().tilt, -20.0);
         QCOMPARE(dome()->status().zoom, 2.0);
     }
-    void savingKeepsAutoScanRunning()
-    {
-        emit child<CPTZCloud>("ptr_cloud_")->signalPressSection(nullptr, CPTZCloud::Center);
-        QTRY_VERIFY(dome()->status().autoScan);
-        QVERIFY(addPreset(1, QStringLiteral("While scanning")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        settle();
-        QVERIFY(dome()->status().autoScan);
-        QVERIFY(zeph_ptz_controller::CPTZStateStorageManager::Instance()->IsAutoScan(kDome, false));
-        QVERIFY(!m_env.operations(kDome).contains(DriverOperation::StopPatrol));
-    }
-    void renameChangesCameraAndRow()
-    {
-        QVERIFY(addPreset(1, QStringLiteral("Old")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        settle();
-        bool seen = false;
-        AnswerNextDialog<CEditPresetDialog>(
-            &seen,
-            [](CEditPresetDialog *dialog) {
-                QCOMPARE(dialog->GetPresetName(), QStringLiteral("Old"));
-                dialog->GetNameEdit()->setText(QStringLiteral("Новый"));
-            },
-            true);
-        emit view()->SignalEditPreset(rowOf(1));
-        QVERIFY(seen);
-        QTRY_COMPARE(dome()->presets().value(0).name, QStringLiteral("Новый"));
-        QTRY_COMPARE(names(), QStringList { QStringLiteral("Новый") });
-        QCOMPARE(countText(), QStringLiteral("(1/256)"));
-    }
-    void deleteAfterConfirmation()
-    {
-        QVERIFY(addPreset(1, QStringLiteral("A")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        QVERIFY(addPreset(2, QStringLiteral("B")));
-        QTRY_VERIFY(rowOf(2).isValid());
-        settle();
-        emit view()->SignalDeletePreset(rowOf(1));
-        QCOMPARE(m_asked, QStringList { QStringLiteral("ConfirmToDelete") });
-        QTRY_COMPARE(dome()->presets().size(), 1);
-        QCOMPARE(dome()->presets().first().number, 2);
-        QTRY_COMPARE(names(), QStringList { QStringLiteral("B") });
-        QTRY_COMPARE(countText(), QStringLiteral("(1/256)"));
-    }
-    void cancelChangesNothing_data()
+    void cancelOrRefusalKeepsTheList_data()
     {
         QTest::addColumn<QString>("action");
-        QTest::newRow("add") << "add";
-        QTest::newRow("edit") << "edit";
-        QTest::newRow("delete") << "delete";
+        QTest::addColumn<int>("refused"); // -1: the operator cancels
+        QTest::addColumn<int>("level");
+        QTest::newRow("add cancelled") << "add" << -1 << 0;
+        QTest::newRow("rename cancelled") << "edit" << -1 << 0;
+        QTest::newRow("delete cancelled") << "delete" << -1 << 0;
+        QTest::newRow("add refused") << "add" << int(DriverOperation::SetPreset) << 2;
+        QTest::newRow("rename refused") << "edit" << int(DriverOperation::RenamePreset) << 2;
+        QTest::newRow("delete refused") << "delete" << int(DriverOperation::RemovePreset) << 0;
     }
-    void cancelChangesNothing()
+    void cancelOrRefusalKeepsTheList()
     {
         QFETCH(QString, action);
-        QVERIFY(addPreset(1, QStringLiteral("Keep")));
+        QFETCH(int, refused);
+        QFETCH(int, level);
+        QVERIFY(addPreset(1, QStringLiteral("Stay")));
         QTRY_VERIFY(rowOf(1).isValid());
-        settle();
+        m_env.settle();
+        m_tips.clear();
         dome()->clearRequestLog();
+        const QString error = QStringLiteral("Device busy");
+        const bool cancel = refused < 0;
+        if (!cancel)
+            dome()->failOperation(DriverOperation(refused), error);
         bool seen = false;
+        auto rename = [](auto *dialog) { dialog->GetNameEdit()->setText(QStringLiteral("New")); };
         if (action == QLatin1String("add")) {
-            AnswerNextDialog<CAddPresetDialog>(
-                &seen, [](CAddPresetDialog *d) { d->GetNameEdit()->setText("X"); }, false);
+            PanelFixture::answerNextDialog<CAddPresetDialog>(rename, !cancel, &seen);
             addButton()->click();
         } else if (action == QLatin1String("edit")) {
-            AnswerNextDialog<CEditPresetDialog>(
-                &seen, [](CEditPresetDialog *d) { d->GetNameEdit()->setText("X"); }, false);
+            PanelFixture::answerNextDialog<CEditPresetDialog>(rename, !cancel, &seen);
             emit view()->SignalEditPreset(rowOf(1));
         } else {
-            m_confirmAnswer = CNomalMessageManager::AnswerCancel;
+            m_confirmAnswer = cancel ? CNomalMessageManager::AnswerCancel : CNomalMessageManager::AnswerConfirm;
             seen = true;
             emit view()->SignalDeletePreset(rowOf(1));
         }
         QVERIFY(seen);
-        QCoreApplication::processEvents();
-        QCOMPARE(dome()->requestLog().size(), 0);
-        QCOMPARE(names(), QStringList { QStringLiteral("Keep") });
+        if (cancel) {
+            QCoreApplication::processEvents();
+            QCOMPARE(dome()->requestLog().size(), 0);
+        } else {
+            // Shown once, at the level of the action.
+            QTRY_VERIFY(m_tips.contains(qMakePair(error, level)));
+            m_env.settle();
+            QCOMPARE(m_tips.count(qMakePair(error, level)), 1);
+        }
+        QCOMPARE(names(), QStringList{"Stay"});
         QCOMPARE(dome()->presets().size(), 1);
+        QCOMPARE(dome()->presets().first().name, QStringLiteral("Stay"));
         QCOMPARE(countText(), QStringLiteral("(1/256)"));
+        QVERIFY(addButton()->isEnabled());
     }
     void limitOf256DisablesAddUntilOneIsDeleted()
     {
         for (int n = 1; n <= 256; ++n)
             dome()->setPreset(n, QStringLiteral("P%1").arg(n));
-        QTRY_COMPARE(dome()->presets().size(), 256);
         // Read the list again, as the tab does when it comes to the front.
         m_env.panel()->OnTabIndexChanged(0);
         QTRY_COMPARE(countText(), QStringLiteral("(256/256)"));
@@ -213,162 +177,113 @@ private slots:
         // Calling a preset does not lift the limit.
         emit view()->SignalPlayPreset(rowOf(7));
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::GotoPreset));
-        QTRY_COMPARE(dome()->pendingRequestCount(), 0);
-        QCoreApplication::processEvents();
+        m_env.settle();
         QVERIFY(!addButton()->isEnabled());
 
         emit view()->SignalDeletePreset(rowOf(200));
         QTRY_COMPARE(countText(), QStringLiteral("(255/256)"));
         QTRY_VERIFY(addButton()->isEnabled());
         QCOMPARE(list()->rowCount(), 255);
-
-        // The freed number is the one offered.
+        // The freed number is the one offered, and the 256th closes the list again.
         QVERIFY(addPreset(200, QStringLiteral("Back")));
         QTRY_COMPARE(countText(), QStringLiteral("(256/256)"));
-        QTRY_VERIFY(!addButton()->isEnabled());
+        m_env.settle();
+        QVERIFY(!addButton()->isEnabled());
     }
-    void refusedRequestKeepsTheList_data()
-    {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<int>("operation");
-        QTest::addColumn<int>("level");
-        QTest::newRow("add") << "add" << int(DriverOperation::SetPreset) << 2;
-        QTest::newRow("rename") << "edit" << int(DriverOperation::RenamePreset) << 2;
-        QTest::newRow("delete") << "delete" << int(DriverOperation::RemovePreset) << 0;
-    }
-    void refusedRequestKeepsTheList()
-    {
-        QFETCH(QString, action);
-        QFETCH(int, operation);
-        QFETCH(int, level);
-        QVERIFY(addPreset(1, QStringLiteral("Stay")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        settle();
-        m_tips.clear();
-        const QString error = QStringLiteral("Device busy");
-        dome()->failOperation(DriverOperation(operation), error);
-        bool seen = false;
-        if (action == QLatin1String("add")) {
-            QVERIFY(addPreset(2, QStringLiteral("New")));
-        } else if (action == QLatin1String("edit")) {
-            AnswerNextDialog<CEditPresetDialog>(
-                &seen, [](CEditPresetDialog *d) { d->GetNameEdit()->setText("New"); }, true);
-            emit view()->SignalEditPreset(rowOf(1));
-            QVERIFY(seen);
-        } else {
-            emit view()->SignalDeletePreset(rowOf(1));
-        }
-        QTRY_VERIFY(m_tips.contains(qMakePair(error, level)));
-        settle();
-        // Shown once, at the level of the action.
-        QCOMPARE(std::count_if(
-                     m_tips.cbegin(), m_tips.cend(), [&](const QPair<QString, int> &t) { return t.first == error; }),
-            qsizetype(1));
-        QCOMPARE(names(), QStringList { QStringLiteral("Stay") });
-        QCOMPARE(dome()->presets().size(), 1);
-        QCOMPARE(dome()->presets().first().name, QStringLiteral("Stay"));
-        QCOMPARE(countText(), QStringLiteral("(1/256)"));
-        QVERIFY(addButton()->isEnabled());
-    }
-    void listOfAnotherCameraChangesNothing()
+    void answersOfAnotherCameraChangeNothing()
     {
         QVERIFY(addPreset(1, QStringLiteral("Mine")));
         QTRY_VERIFY(rowOf(1).isValid());
-        settle();
-        m_env.panel()->OnGetPresetSuc(QString::fromLatin1(demo::kPtzNoPattern));
-        m_env.panel()->OnGetPresetFailed(QString::fromLatin1(demo::kPtzNoPattern), QStringLiteral("x"));
-        QCOMPARE(names(), QStringList { QStringLiteral("Mine") });
+        m_env.settle();
+        m_env.panel()->OnGetPresetSuc(kBasic);
+        m_env.panel()->OnGetPresetFailed(kBasic, QStringLiteral("x"));
+        QCOMPARE(names(), QStringList{"Mine"});
         QCOMPARE(countText(), QStringLiteral("(1/256)"));
         QVERIFY(m_tips.isEmpty());
         m_env.panel()->OnGetPresetFailed(kDome, QStringLiteral("x"));
-        QCOMPARE(m_tips.value(0), qMakePair(QStringLiteral("FailedToGetThePresetjcOUTbb"), 0));
+        QCOMPARE(m_tips, QList<Tip>{qMakePair(QStringLiteral("FailedToGetThePresetjcOUTbb"), 0)});
     }
-    void countOnlyCurrentTypeButListsBoth()
+    void countsOnlyTheShownKindButListsBoth()
     {
         m_env.store()->setBoolSetting(site_store::CSiteStore::kIsSupportVirtualPTZ, true);
         for (int n = 1; n <= 3; ++n)
             dome()->setPreset(n, QStringLiteral("D%1").arg(n));
-        QTRY_COMPARE(dome()->presets().size(), 3);
         auto *getter = m_env.panel()->findChild<zeph_ptz_controller::CPTZGetController *>();
-        QVERIFY(getter);
-        for (int n = 10; n <= 11; ++n) {
-            ptz_plugin_protocol::PresetInfo preset;
-            preset.preset_index = n;
-            preset.preset_type = ptz_plugin_protocol::PRESET_TYPE_VIRTUAL;
-            preset.preset_name = QStringLiteral("V%1").arg(n).toStdString();
-            QVERIFY(getter->AddOnePreset(kDome, preset));
-        }
+        for (int n = 10; n <= 11; ++n)
+            QVERIFY(
+                getter->AddOnePreset(kDome, Preset(n, ptz_plugin_protocol::PRESET_TYPE_VIRTUAL, QString::number(n))));
         m_env.panel()->OnTabIndexChanged(0);
         QTRY_COMPARE(list()->rowCount(), 5);
         QTRY_COMPARE(countText(), QStringLiteral("(3/256)"));
     }
-    void virtualPresetSurvivesStoreReopen()
+    void virtualPresetsStayOffTheCameraAndSurviveReopen()
     {
         m_env.dropPanel();
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("site.sqlite"));
-        site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::Open(path));
-        m_env.store()->setCurrentUser(QString::fromLatin1(demo::kOperator));
+        reopenStore(path);
         m_env.store()->setBoolSetting(site_store::CSiteStore::kIsSupportVirtualPTZ, true);
-        m_env.manager()->Reload();
         bind();
+        QVERIFY(addPreset(1, QStringLiteral("Device one")));
+        QTRY_VERIFY(rowOf(1).isValid());
+        m_env.settle();
 
-        child<QPushButton>("btn_virtual_preset")->click();
+        m_env.child<QPushButton>("btn_virtual_preset")->click();
         QCOMPARE(m_env.panel()->PresetType(), ptz_plugin_protocol::PRESET_TYPE_VIRTUAL);
         QTRY_VERIFY(addButton()->isEnabled());
+        QCOMPARE(countText(), QStringLiteral("(0/256)"));
         dome()->clearRequestLog();
-        QVERIFY(addPreset(1, QStringLiteral("Virtual gate")));
-        QTRY_COMPARE(names(), QStringList { QStringLiteral("Virtual gate") });
+        QVERIFY(addPreset(2, QStringLiteral("Virtual two")));
+        QVERIFY(addPreset(3, QStringLiteral("Virtual gate")));
+        QTRY_COMPARE(names(), (QStringList{"Virtual gate", "Virtual two", "Device one"}));
+        QCOMPARE(countText(), QStringLiteral("(2/256)"));
+
+        PanelFixture::answerNextDialog<CEditPresetDialog>(
+            [](CEditPresetDialog *d) { d->GetNameEdit()->setText(QStringLiteral("Renamed")); });
+        emit view()->SignalEditPreset(rowOf(2));
+        QCOMPARE(list()->index(rowOf(2).row(), 1).data().toString(), QStringLiteral("Renamed"));
+        QCOMPARE(m_env.store()->virtualPreset(kDome, 2)->name, QStringLiteral("Renamed"));
+        // Deleting through the filtered list removes the right row.
+        m_env.child<QLineEdit>("ptr_line_edit_")->setText(QStringLiteral("ren"));
+        QCOMPARE(list()->rowCount(), 1);
+        emit view()->SignalDeletePreset(list()->index(0, 2));
+        QVERIFY(!m_env.store()->virtualPreset(kDome, 2).has_value());
+        m_env.child<QLineEdit>("ptr_line_edit_")->clear();
         QCOMPARE(countText(), QStringLiteral("(1/256)"));
-        // A virtual preset never reaches the camera.
-        QVERIFY(!m_env.operations(kDome).contains(DriverOperation::SetPreset));
-        QCOMPARE(dome()->presets().size(), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(dome()->requestLog().size(), 0);
+        QCOMPARE(dome()->presets().size(), 1);
 
         m_env.dropPanel();
         m_env.manager()->Clear();
         site_store::CSiteStore::InstallCurrent(nullptr);
         zeph_ptz_controller::CPTZGetController::ClearCachedData();
-        site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::Open(path));
-        m_env.store()->setCurrentUser(QString::fromLatin1(demo::kOperator));
-        m_env.manager()->Reload();
+        reopenStore(path);
         bind();
-        QTRY_COMPARE(names(), QStringList { QStringLiteral("Virtual gate") });
-        QCOMPARE(rowOf(1).data(Quillon::ItemFirstStateRole).toInt(), int(ptz_plugin_protocol::PRESET_TYPE_VIRTUAL));
+        QTRY_VERIFY(names().contains(QStringLiteral("Virtual gate")));
+        QCOMPARE(rowOf(3).data(Quillon::ItemFirstStateRole).toInt(), int(ptz_plugin_protocol::PRESET_TYPE_VIRTUAL));
     }
-    void virtualPresetRenameAndDeleteStayOffTheCamera()
+    // Presets of a fish-eye picture belong to the software PTZ: they keep and restore the cut-out view.
+    void fishEyePresetsKeepTheViewOffTheDevice()
     {
-        m_env.store()->setBoolSetting(site_store::CSiteStore::kIsSupportVirtualPTZ, true);
-        QVERIFY(addPreset(1, QStringLiteral("Device one")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        settle();
-        child<QPushButton>("btn_virtual_preset")->click();
+        m_env.newPanel(true);
+        m_env.panel()->SetCamera(QString(), kFishEye, false, false);
+        m_env.fishEye()->SetFishEyeWndOpen(true);
+        QCOMPARE(m_env.panel()->PresetType(), ptz_plugin_protocol::PRESET_TYPE_FISHEYE);
         QTRY_VERIFY(addButton()->isEnabled());
-        QCOMPARE(countText(), QStringLiteral("(0/256)"));
-        QVERIFY(addPreset(2, QStringLiteral("Virtual two")));
-        QTRY_COMPARE(names(), (QStringList { QStringLiteral("Virtual two"), QStringLiteral("Device one") }));
-        QCOMPARE(countText(), QStringLiteral("(1/256)"));
-        dome()->clearRequestLog();
+        m_env.fishEye()->SetSemisphereFishEyePTZPos(40.0, -30.0, 2.0);
+        QVERIFY(addPreset(1, QStringLiteral("Entrance")));
+        QTRY_COMPARE(names(), QStringList{"Entrance"});
+        QCOMPARE(rowOf(1).data(Quillon::ItemFirstStateRole).toInt(), int(ptz_plugin_protocol::PRESET_TYPE_FISHEYE));
+        QTRY_COMPARE(countText(), QStringLiteral("(1/256)"));
 
-        bool seen = false;
-        AnswerNextDialog<CEditPresetDialog>(
-            &seen, [](CEditPresetDialog *d) { d->GetNameEdit()->setText("Renamed"); }, true);
-        emit view()->SignalEditPreset(rowOf(2));
-        QVERIFY(seen);
-        QCOMPARE(list()->index(rowOf(2).row(), 1).data().toString(), QStringLiteral("Renamed"));
-        QCOMPARE(m_env.store()->virtualPreset(kDome, 2)->name, QStringLiteral("Renamed"));
-
-        // Deleting through the filtered list removes the right row.
-        child<QLineEdit>("ptr_line_edit_")->setText(QStringLiteral("ren"));
-        QCOMPARE(list()->rowCount(), 1);
-        emit view()->SignalDeletePreset(list()->index(0, 2));
-        QVERIFY(!m_env.store()->virtualPreset(kDome, 2).has_value());
-        child<QLineEdit>("ptr_line_edit_")->clear();
-        QCOMPARE(names(), QStringList { QStringLiteral("Device one") });
-        QCOMPARE(countText(), QStringLiteral("(0/256)"));
-        QVERIFY(addButton()->isEnabled());
-        QCoreApplication::processEvents();
-        QCOMPARE(dome()->requestLog().size(), 0);
-        QCOMPARE(dome()->presets().size(), 1);
+        m_env.fishEye()->SetSemisphereFishEyePTZPos(200.0, -60.0, 1.0);
+        emit view()->SignalPlayPreset(rowOf(1));
+        double pan = 0, tilt = 0, zoom = 0;
+        m_env.fishEye()->GetSemisphereFishEyePTZPos(pan, tilt, zoom);
+        QCOMPARE(QList<double>({pan, tilt, zoom}), QList<double>({40.0, -30.0, 2.0}));
+        QVERIFY(!m_env.operations(kFishEye).contains(DriverOperation::SetPreset));
+        QVERIFY(!m_env.operations(kFishEye).contains(DriverOperation::GotoPreset));
     }
     void editOrDeleteWithoutRowAsksForOne_data()
     {
@@ -381,52 +296,54 @@ private slots:
     {
         QFETCH(bool, edit);
         QFETCH(QString, tip);
-        m_tips.clear();
         if (edit)
             m_env.panel()->OnEditPresetBtnClicked(QModelIndex());
         else
             m_env.panel()->OnDeletePresetBtnClicked(QModelIndex());
-        QCOMPARE(m_tips, (QList<QPair<QString, int>> { qMakePair(tip, 2) }));
+        QCOMPARE(m_tips, QList<Tip>{qMakePair(tip, 2)});
         QVERIFY(m_asked.isEmpty());
     }
-    void filterBoxFiltersByName()
+    void filterBoxMatchesNamesOnly_data()
     {
-        QVERIFY(addPreset(1, QStringLiteral("Preset12")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        QVERIFY(addPreset(2, QStringLiteral("Gate")));
-        QTRY_VERIFY(rowOf(2).isValid());
-        child<QLineEdit>("ptr_line_edit_")->setText(QStringLiteral("PRE"));
-        QCOMPARE(names(), QStringList { QStringLiteral("Preset12") });
-        child<QLineEdit>("ptr_line_edit_")->clear();
-        QCOMPARE(list()->rowCount(), 2);
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("empty shows all") << QString() << QStringList{"Preset12", "PRESET", "Gate", "Door 12"};
+        QTest::newRow("any case") << "pre" << QStringList{"Preset12", "PRESET"};
+        QTest::newRow("middle of the name") << "ATE" << QStringList{"Gate"};
+        QTest::newRow("digits in names only, not numbers") << "12" << QStringList{"Preset12", "Door 12"};
+        QTest::newRow("preset number is not searched") << "7" << QStringList{};
+        QTest::newRow("wildcards are literal") << "P*" << QStringList{};
     }
-    void listRenameCheckUsesPanelRules()
+    void filterBoxMatchesNamesOnly()
     {
-        // Reached through the same helper the panel calls; a 21-character name that the
-        // dialog refuses is accepted here.
-        QVERIFY(addPreset(1, QStringLiteral("Gate")));
-        QTRY_VERIFY(rowOf(1).isValid());
-        QString message;
-        QVERIFY(CheckListPresetName(QString(21, QLatin1Char('n')), list(), &message));
-        QVERIFY(!CheckListPresetName(QStringLiteral("   "), list(), &message));
-        QCOMPARE(message, QStringLiteral("NameCanNotBeEmpty"));
+        QFETCH(QString, text);
+        QFETCH(QStringList, expected);
+        const QStringList all{"Preset12", "PRESET", "Gate", "Door 12"};
+        for (int i = 0; i < all.size(); ++i)
+            dome()->setPreset(i * 10 + 7, all.at(i));
+        m_env.panel()->OnTabIndexChanged(0);
+        QTRY_COMPARE(names(), all);
+        m_env.child<QLineEdit>("ptr_line_edit_")->setText(text);
+        QCOMPARE(names(), expected);
+        m_env.child<QLineEdit>("ptr_line_edit_")->clear();
+        QCOMPARE(names(), all);
     }
 
 private:
-    template <typename T> T *child(const char *name) const { return m_env.child<T>(name); }
-    CPresetTableView *view() const { return child<CPresetTableView>("m_pTreeViewPreset"); }
+    static zeph_ptz_controller::CPTZStateStorageManager *storage()
+    {
+        return zeph_ptz_controller::CPTZStateStorageManager::Instance();
+    }
+    CPresetTableView *view() const { return m_env.child<CPresetTableView>("m_pTreeViewPreset"); }
     QAbstractItemModel *list() const { return view()->model(); }
-    QString countText() const { return child<QLabel>("ptz_preset_label_")->text(); }
-    QPushButton *addButton() const { return child<QPushButton>("ptz_add_preset_btn_"); }
+    QString countText() const { return m_env.child<QLabel>("ptz_preset_label_")->text(); }
+    QPushButton *addButton() const { return m_env.child<QPushButton>("ptz_add_preset_btn_"); }
     ptz_devices::CSimulatedCamera *dome() const { return m_env.camera(kDome); }
     QModelIndex rowOf(int number) const
     {
-        for (int r = 0; r < list()->rowCount(); ++r) {
-            const QModelIndex index = list()->index(r, 0);
-            if (index.data(Quillon::ItemNumberRole).toInt() == number)
-                return list()->index(r, 2);
-        }
-        return QModelIndex();
+        const QModelIndexList found =
+            list()->match(list()->index(0, 0), Quillon::ItemNumberRole, number, 1, Qt::MatchExactly);
+        return found.isEmpty() ? QModelIndex() : found.first().siblingAtColumn(2);
     }
     QStringList names() const
     {
@@ -435,11 +352,17 @@ private:
             result << list()->index(r, 1).data().toString();
         return result;
     }
+    void reopenStore(const QString &path)
+    {
+        site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::Open(path));
+        m_env.store()->setCurrentUser(kOperator);
+        m_env.manager()->Reload();
+    }
     void bind()
     {
         m_env.newPanel();
         connect(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded, this,
-            [this](const QString &tip, int level) { m_tips << qMakePair(tip, level); });
+                [this](const QString &tip, int level) { m_tips << qMakePair(tip, level); });
         m_env.panel()->resize(600, 800);
         m_env.panel()->SetCamera(QString(), kDome, false, false);
         QVERIFY(m_env.panel()->IsWorking());
@@ -447,26 +370,17 @@ private:
     }
     bool addPreset(int expectedNumber, const QString &name)
     {
-        bool seen = false;
         int number = -1;
-        AnswerNextDialog<CAddPresetDialog>(
-            &seen,
-            [&number, name](CAddPresetDialog *dialog) {
-                number = dialog->GetPresetIndex();
-                dialog->GetNameEdit()->setText(name);
-            },
-            true);
+        PanelFixture::answerNextDialog<CAddPresetDialog>([&number, name](CAddPresetDialog *dialog) {
+            number = dialog->GetPresetIndex();
+            dialog->GetNameEdit()->setText(name);
+        });
         addButton()->click();
-        return seen && number == expectedNumber;
-    }
-    void settle()
-    {
-        QTRY_COMPARE(dome()->pendingRequestCount(), 0);
-        QTRY_VERIFY(addButton()->isEnabled() || countText().startsWith(QLatin1String("(256")));
+        return number == expectedNumber;
     }
 
     PanelFixture m_env;
-    QList<QPair<QString, int>> m_tips;
+    QList<Tip> m_tips;
     int m_confirmAnswer = CNomalMessageManager::AnswerConfirm;
     QStringList m_asked;
 };

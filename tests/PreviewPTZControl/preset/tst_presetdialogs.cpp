@@ -12,8 +12,6 @@
 
 #include <QComboBox>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QLayout>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
@@ -34,7 +32,7 @@ private slots:
     void init()
     {
         m_model = new CPresetTableModel(1.0);
-        m_model->UpdatePresetList({ Preset(1, 1, QStringLiteral("Gate")), Preset(2, 3, QStringLiteral("Door")) }, true);
+        m_model->UpdatePresetList({Preset(1, 1, QStringLiteral("Gate")), Preset(2, 3, QStringLiteral("Door"))}, true);
         m_messages.clear();
         CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
             m_messages << text;
@@ -74,7 +72,7 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, message);
-        CAddPresetDialog dialog(nullptr, { Preset(1, 1, "Gate"), Preset(2, 3, "Door") });
+        CAddPresetDialog dialog(nullptr, {Preset(1, 1, "Gate"), Preset(2, 3, "Door")});
         dialog.SetPresetModel(m_model);
         dialog.GetNameEdit()->setText(name);
         QSignalSpy accepted(&dialog, &QDialog::accepted);
@@ -84,7 +82,7 @@ private slots:
             QCOMPARE(accepted.count(), 1);
             QCOMPARE(dialog.result(), int(QDialog::Accepted));
         } else {
-            QCOMPARE(m_messages, QStringList { message });
+            QCOMPARE(m_messages, QStringList{message});
             QCOMPARE(accepted.count(), 0);
         }
     }
@@ -98,16 +96,16 @@ private slots:
         QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Preset1"), m_model, -1), QString());
 
         CPresetTableModel model(1.0);
-        model.UpdatePresetList({ Preset(1, 1, "Gate"), Preset(2, 3, "Door"), Preset(3, 1, "Dev three") }, true);
+        model.UpdatePresetList({Preset(1, 1, "Gate"), Preset(2, 3, "Door"), Preset(3, 1, "Dev three")}, true);
         model.ClearPresetItem(0);
         // The cleared row keeps its number but is disabled; its default name is no duplicate.
         QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Preset1"), &model, -1), QString());
         // Keeping the edited preset's own name is fine; another preset's name is not.
         QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Door"), &model, 2, 3), QString());
         QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Dev three"), &model, 2, 3),
-            QStringLiteral("ThePresetPointNameAlakrzNA"));
+                 QStringLiteral("ThePresetPointNameAlakrzNA"));
         QCOMPARE(CBasePresetDialog::CheckName(QStringLiteral("Door"), &model, 5),
-            QStringLiteral("ThePresetPointNameAlakrzNA"));
+                 QStringLiteral("ThePresetPointNameAlakrzNA"));
 
         CEditPresetDialog dialog(nullptr, Preset(2, 3, "Door"));
         dialog.SetPresetModel(&model);
@@ -146,11 +144,11 @@ private slots:
         QTest::addColumn<int>("max");
         QTest::addColumn<QVector<int>>("head");
         QTest::addColumn<int>("count");
-        QTest::newRow("1 2 4 used") << QVector<int> { 1, 2, 4 } << 256 << QVector<int> { 3, 5, 6, 7 } << 253;
-        QTest::newRow("none used") << QVector<int> {} << 256 << QVector<int> { 1, 2, 3 } << 256;
-        QTest::newRow("repeated numbers") << QVector<int> { 2, 2, 3 } << 5 << QVector<int> { 1, 4, 5 } << 3;
-        QTest::newRow("all used") << QVector<int> { 1, 2, 3 } << 3 << QVector<int> {} << 0;
-        QTest::newRow("numbers above the limit ignored") << QVector<int> { 300 } << 2 << QVector<int> { 1, 2 } << 2;
+        QTest::newRow("1 2 4 used") << QVector<int>{1, 2, 4} << 256 << QVector<int>{3, 5, 6, 7} << 253;
+        QTest::newRow("none used") << QVector<int>{} << 256 << QVector<int>{1, 2, 3} << 256;
+        QTest::newRow("repeated numbers") << QVector<int>{2, 2, 3} << 5 << QVector<int>{1, 4, 5} << 3;
+        QTest::newRow("all used") << QVector<int>{1, 2, 3} << 3 << QVector<int>{} << 0;
+        QTest::newRow("numbers above the limit ignored") << QVector<int>{300} << 2 << QVector<int>{1, 2} << 2;
     }
     void freeNumbers()
     {
@@ -178,47 +176,12 @@ private slots:
         box->setCurrentIndex(1);
         QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(free.at(1)));
     }
-    void addDialogForm()
-    {
-        CAddPresetDialog dialog(nullptr, {});
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("AddPreset"));
-        QCOMPARE(
-            dialog.findChild<QLabel *>("ptr_first_label")->text(), QStringLiteral("1.SaveTheCurrentPrevieAQFmbSJV"));
-        QCOMPARE(
-            dialog.findChild<QLabel *>("ptr_second_label")->text(), QStringLiteral("2.SetThePresetPointNamctfFPEZP"));
-        QCOMPARE(dialog.findChild<QLabel *>("ptr_presetnum_label_")->text(),
-            QStringLiteral("3.Corvo-ControlClient.fa06703a00a54fd898a1b33528b7c4d3.msg"));
-        auto *edit = dialog.findChild<Quillon::CPlaceholdLineEdit *>("pNameEdit");
-        QVERIFY(edit);
-        QCOMPARE(edit->maxLength(), 64);
-        QCOMPARE(edit->placeholderText(), QStringLiteral("Corvo-ControlClient.785d92c52d5f40a581ca3147ddf843f0.name"));
-        QCOMPARE(edit->toolTip(), edit->placeholderText());
-        QVERIFY(dialog.findChild<QComboBox *>("ptr_presetnum_cbx_"));
-        QCOMPARE(dialog.GetConfirmButton()->text(), QStringLiteral("ConfirmVRJPEoDzfHCIl"));
-        QCOMPARE(dialog.GetCancelButton()->text(), QStringLiteral("UndoMerge"));
-        for (const char *name : { "verticalLayout_2", "verticalLayout", "gridLayout" })
-            QVERIFY2(dialog.findChild<QLayout *>(name), name);
-        for (const char *name : { "widget_2", "widget" })
-            QVERIFY2(dialog.findChild<QWidget *>(name), name);
-    }
-    void editDialogForm()
+    void editDialogKeepsNumberAndName()
     {
         CEditPresetDialog dialog(nullptr, Preset(17, 1, "Gate"));
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("ModifyPreset"));
-        QCOMPARE(
-            dialog.findChild<QLabel *>("ptr_first_label")->text(), QStringLiteral("1.SaveTheCurrentPrevieAQFmbSJV"));
         QCOMPARE(dialog.GetPresetName(), QStringLiteral("Gate"));
         QCOMPARE(dialog.GetPresetIndex(), 17);
         QVERIFY(!dialog.GetNumberComboBox()->isEnabled());
-    }
-    void cancelRejects()
-    {
-        CAddPresetDialog dialog(nullptr, {});
-        dialog.GetNameEdit()->clear();
-        QSignalSpy rejected(&dialog, &QDialog::rejected);
-        dialog.GetCancelButton()->click();
-        QCOMPARE(rejected.count(), 1);
-        QCOMPARE(m_messages, QStringList());
     }
     void listRenameRules_data()
     {

@@ -2,6 +2,7 @@
 // dialog's editor and save check, the panel's list check, the controller
 // (device SetPreset, client presets of the getter) and the host's preset store.
 #include "support/ptztestenv.h"
+#include "support/records.h"
 
 #include "preset/caddpresetdialog.h"
 #include "preset/cbasepresetdialog.h"
@@ -25,25 +26,7 @@ Q_DECLARE_METATYPE(std::string)
 
 namespace {
 
-const QString kDome = QString::fromLatin1(site_store::demo::kSpeedDome);
 const std::string kTaken = "Gate"; // preset 1 of every kind carries it
-
-PresetInfo Preset(int number, int type, const std::string &name)
-{
-    PresetInfo p;
-    p.preset_index = number;
-    p.preset_type = type;
-    p.preset_name = name;
-    return p;
-}
-
-QString Repeat(const QString &unit, int count)
-{
-    QString out;
-    for (int i = 0; i < count; ++i)
-        out += unit;
-    return out;
-}
 
 enum Verdict { Refused, Accepted };
 
@@ -79,10 +62,10 @@ void TestPresetNames::init()
 
     AddPresetRequest add;
     add.camera_index_code = kDome.toStdString();
-    add.preset = Preset(1, PRESET_TYPE_VIRTUAL, kTaken);
+    add.preset = RawPreset(1, PRESET_TYPE_VIRTUAL, kTaken);
     AddPresetResponse added;
     QVERIFY2(m_env.business()->AddPreset(add, added), added.error_text.c_str());
-    add.preset = Preset(2, PRESET_TYPE_VIRTUAL, "Yard");
+    add.preset = RawPreset(2, PRESET_TYPE_VIRTUAL, "Yard");
     QVERIFY2(m_env.business()->AddPreset(add, added), added.error_text.c_str());
 
     // The getter's list is what the controller knows of the camera's names.
@@ -113,17 +96,17 @@ void TestPresetNames::everyPathRefusesTheSameNames_data()
     };
 
     row("plain", QStringLiteral("Loading bay"), Accepted);
-    row("eleven emoji fit twenty", Repeat(QString::fromUcs4(U"\U0001F600"), 11), Accepted);
+    row("eleven emoji fit twenty", QString::fromUcs4(U"\U0001F600").repeated(11), Accepted);
     row("letters of many scripts", QStringLiteral("Tür Ворота 大门"), Accepted);
 
     const QString nine = QStringLiteral("\\/:*?\"<>|");
-    const char *forbiddenNames[] = {"backslash", "slash", "colon", "asterisk", "question mark",
+    const char *forbiddenNames[] = {"backslash",    "slash",     "colon",        "asterisk",    "question mark",
                                     "double quote", "less than", "greater than", "vertical bar"};
     for (int i = 0; i < nine.size(); ++i)
         row(forbiddenNames[i], QStringLiteral("ab") + nine.at(i) + QStringLiteral("cd"), Refused);
     row("65 characters", QString(65, QLatin1Char('x')), Refused);
     row("100000 characters", QString(100000, QLatin1Char('x')), Refused);
-    row("65 emoji", Repeat(QString::fromUcs4(U"\U0001F600"), 65), Refused);
+    row("65 emoji", QString::fromUcs4(U"\U0001F600").repeated(65), Refused);
     row("duplicate", QString::fromStdString(kTaken), Refused);
     row("NUL", QStringLiteral("ab") + QChar(0) + QStringLiteral("cd"), Refused);
     row("newline", QStringLiteral("ab\ncd"), Refused);
@@ -131,7 +114,9 @@ void TestPresetNames::everyPathRefusesTheSameNames_data()
     row("right-to-left override", QStringLiteral("ab") + QChar(0x202E) + QStringLiteral("cd"), Refused);
     QTest::newRow("lone high surrogate") << (QStringLiteral("ab") + QChar(0xD800)) << std::string("ab\xED\xA0\x80")
                                          << int(Refused);
-    QTest::newRow("lone low surrogate") << (QChar(0xDC00) + QStringLiteral("ab")) << std::string("\xED\xB0\x80" "ab")
+    QTest::newRow("lone low surrogate") << (QChar(0xDC00) + QStringLiteral("ab"))
+                                        << std::string("\xED\xB0\x80"
+                                                       "ab")
                                         << int(Refused);
     bytesOnly("invalid UTF-8", "ab\xC3\x28");
     bytesOnly("overlong slash", "ab\xC0\xAF");
@@ -157,9 +142,9 @@ void TestPresetNames::everyPathRefusesTheSameNames()
 
         // The dialog's save check (20 characters) and the panel's list check (64).
         CPresetTableModel model(1.0);
-        model.UpdatePresetList({Preset(1, PRESET_TYPE_DEVICE, kTaken)}, true);
+        model.UpdatePresetList({RawPreset(1, PRESET_TYPE_DEVICE, kTaken)}, true);
         QCOMPARE(CBasePresetDialog::CheckName(text, &model, -1).isEmpty(), accepted);
-        model.AddPresetItem(Preset(9, PRESET_TYPE_DEVICE, bytes), true, false); // the renamed row
+        model.AddPresetItem(RawPreset(9, PRESET_TYPE_DEVICE, bytes), true, false); // the renamed row
         CSortPresetFilterModel proxy;
         proxy.setSourceModel(&model);
         QString tip;
@@ -181,7 +166,7 @@ void TestPresetNames::everyPathRefusesTheSameNames()
     // The controller's client presets.
     CPTZGetController getter;
     QString error;
-    QCOMPARE(getter.AddOnePreset(kDome, Preset(5, PRESET_TYPE_VIRTUAL, bytes), error), accepted);
+    QCOMPARE(getter.AddOnePreset(kDome, RawPreset(5, PRESET_TYPE_VIRTUAL, bytes), error), accepted);
     QCOMPARE(error.isEmpty(), accepted);
     if (accepted)
         QVERIFY(getter.DelPreset(kDome, 5));
@@ -189,7 +174,7 @@ void TestPresetNames::everyPathRefusesTheSameNames()
     // The host's store of client presets.
     AddPresetRequest add;
     add.camera_index_code = kDome.toStdString();
-    add.preset = Preset(6, PRESET_TYPE_VIRTUAL, bytes);
+    add.preset = RawPreset(6, PRESET_TYPE_VIRTUAL, bytes);
     AddPresetResponse added;
     QCOMPARE(m_env.business()->AddPreset(add, added), accepted);
     QCOMPARE(added.error_text.empty(), accepted);
@@ -201,7 +186,7 @@ void TestPresetNames::everyPathRefusesTheSameNames()
         QCOMPARE(getter.ModifyPresetName(kDome, 2, text, error), accepted);
     UpdatePresetRequest update;
     update.camera_index_code = kDome.toStdString();
-    update.preset = Preset(2, PRESET_TYPE_VIRTUAL, bytes);
+    update.preset = RawPreset(2, PRESET_TYPE_VIRTUAL, bytes);
     UpdatePresetResponse updated;
     QCOMPARE(m_env.business()->UpdatePreset(update, updated), accepted);
 
