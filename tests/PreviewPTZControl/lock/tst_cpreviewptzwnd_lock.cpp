@@ -1,4 +1,4 @@
-#include "support/paneltestenv.h"
+#include "support/panelfixture.h"
 
 #include "boundary/previewptzcontroltranslator.h"
 #include "lock/caboutlockframe.h"
@@ -7,11 +7,8 @@
 #include "lock/cunlockedframe.h"
 
 #include "quillon/cfixedcontentlineedit.h"
-#include "vs_ui_data_controller/cinformationmgr.h"
 #include "zeph_plugin_manager/ccurrentuser.h"
-#include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
-#include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -19,34 +16,22 @@
 
 using namespace PreviewPTZControl;
 using namespace ptz_plugin_protocol;
-using ptz_devices::DriverOperation;
+using zeph_ptz_controller::CUniversalPTZController;
 namespace demo = site_store::demo;
 
 namespace {
-const QString kDome = QString::fromLatin1(demo::kSpeedDome);
-
-auto *Business()
-{
-    return ZephPluginManager::CPTZBusinessInterfaceMgr::Instance();
-}
-
 PTZLockStatusResponse LockOf(const QString &camera)
 {
     PTZLockStatusRequest request;
     request.camera_index_code = camera.toStdString();
     PTZLockStatusResponse status;
-    Business()->GetPTZLockStatus(request, status);
+    TestEnv::business()->GetPTZLockStatus(request, status);
     return status;
 }
 
-PTZControlCommand Move(const QString &camera, unsigned action)
+void SignIn(const char *user)
 {
-    PTZControlCommand command;
-    command.camera_index_code = camera.toStdString();
-    command.command = PTZ_CMD_PAN_RIGHT;
-    command.action = action;
-    command.speed = 20;
-    return command;
+    ZephPluginManager::CCurrentUser::Instance()->SetUser(QString::fromLatin1(user));
 }
 } // namespace
 
@@ -57,29 +42,26 @@ class TestPreviewPTZWndLock : public QObject
 private slots:
     void initTestCase() { QVERIFY(InstallTranslator(QCoreApplication::instance())); }
     void init();
-    void cleanup();
+    void cleanup() { m_fx.tearDown(); }
 
     void lockCountdownExtendAndUnlock();
     void cancelReturnsToTheShownPage();
-    void lowerLevelCannotMoveBelowThePanel();
-    void higherLevelTakesControl();
-    void detailsTextByLevel_data();
-    void detailsTextByLevel();
+    void holderLevelDecidesWhoMoves_data();
+    void holderLevelDecidesWhoMoves();
     void statusOfAnotherCameraIsIgnored();
 
 private:
-    CLockMgrFrame *strip() const { return m_panel->findChild<CLockMgrFrame *>(QStringLiteral("pLockFrame")); }
+    CLockMgrFrame *strip() const { return m_fx.child<CLockMgrFrame>("pLockFrame"); }
     QTimer *pollTimer() const;
     void confirmLock(int seconds);
 
-    PanelTestEnv m_env;
-    CPreviewPTZWnd *m_panel = nullptr;
+    PanelFixture m_fx;
 };
 
+// The status poll is the panel's only 3-second repeating timer.
 QTimer *TestPreviewPTZWndLock::pollTimer() const
 {
-    // The poll is the panel's only 3-second repeating timer.
-    const auto timers = m_panel->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+    const auto timers = m_fx.panel()->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
     for (QTimer *timer : timers)
         if (timer->interval() == 3000 && !timer->isSingleShot())
             return timer;
@@ -88,21 +70,12 @@ QTimer *TestPreviewPTZWndLock::pollTimer() const
 
 void TestPreviewPTZWndLock::init()
 {
-    m_env.setUp();
-    ZephPluginManager::CCurrentUser::Instance()->SetUser(QString::fromLatin1(demo::kOperator));
-    m_panel = new CPreviewPTZWnd(0, false, false);
-    m_panel->SetPTZController(m_env.controller(), nullptr);
-    m_panel->SetCamera(QString(), kDome, false, false);
-    m_panel->show();
+    m_fx.setUp();
+    SignIn(demo::kOperator);
+    m_fx.bind(kDome);
+    m_fx.panel()->show();
     QVERIFY(strip());
     QTRY_COMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageUnlocked));
-}
-
-void TestPreviewPTZWndLock::cleanup()
-{
-    delete m_panel;
-    m_panel = nullptr;
-    m_env.tearDown();
 }
 
 void TestPreviewPTZWndLock::confirmLock(int seconds)
@@ -116,13 +89,14 @@ void TestPreviewPTZWndLock::lockCountdownExtendAndUnlock()
     QTest::mouseClick(strip()->UnLockedFrame()->LockButton(), Qt::LeftButton);
     confirmLock(120);
     QTRY_COMPARE(LockOf(kDome).locked, 1);
-    QCOMPARE(QString::fromStdString(LockOf(kDome).user_name), QString::fromLatin1(demo::kOperator));
+    QCOMPARE(QString::fromStdString(LockOf(kDome).user_name), kOperator);
     QTRY_COMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageLocked));
     CLockedFrame *page = strip()->LockedFrame();
     QCOMPARE(page->Mode(), 3);
     QVERIFY(page->CountdownTimer()->isActive());
     QTRY_VERIFY(pollTimer() && pollTimer()->isActive());
-    QVERIFY2(page->RemainSeconds() > 60 && page->RemainSeconds() <= 120, qPrintable(QString::number(page->RemainSeconds())));
+    QVERIFY2(page->RemainSeconds() > 60 && page->RemainSeconds() <= 120,
+             qPrintable(QString::number(page->RemainSeconds())));
     QVERIFY(!page->LockButton()->isEnabled());
 
     // In the last minute the lock can be extended.
@@ -146,70 +120,66 @@ void TestPreviewPTZWndLock::cancelReturnsToTheShownPage()
     QTest::mouseClick(strip()->AboutLockFrame()->CancelButton(), Qt::LeftButton);
     QCOMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageUnlocked));
 
-    QVERIFY(Business()->LockPTZ(kDome.toStdString(), demo::kJunior, 300));
-    m_panel->OnCheckPTZLockStatus();
+    QVERIFY(TestEnv::business()->LockPTZ(kDome.toStdString(), demo::kJunior, 300));
+    m_fx.panel()->OnCheckPTZLockStatus();
     QTRY_COMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageLocked));
-    QCOMPARE(strip()->LockedFrame()->Mode(), 2);
     QTest::mouseClick(strip()->LockedFrame()->LockButton(), Qt::LeftButton);
     QCOMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageLockTime));
     QTest::mouseClick(strip()->AboutLockFrame()->CancelButton(), Qt::LeftButton);
     QCOMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageLocked));
 }
 
-void TestPreviewPTZWndLock::lowerLevelCannotMoveBelowThePanel()
+void TestPreviewPTZWndLock::holderLevelDecidesWhoMoves_data()
 {
-    QVERIFY(Business()->LockPTZ(kDome.toStdString(), demo::kSenior, 300));
-    ZephPluginManager::CCurrentUser::Instance()->SetUser(QString::fromLatin1(demo::kJunior));
-    m_panel->OnCheckPTZLockStatus();
-    QTRY_COMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageLocked));
-    QCOMPARE(strip()->LockedFrame()->Mode(), 1);
-
-    m_env.camera(kDome)->clearRequestLog();
-    QSignalSpy failed(m_env.controller().get(), &zeph_ptz_controller::CUniversalPTZController::SignalExecutionFailed);
-    m_env.controller()->Control(Move(kDome, PTZ_ACTION_START));
-    QTRY_COMPARE(failed.count(), 1);
-    QVERIFY(!m_env.operations(kDome).contains(DriverOperation::MovePanTilt));
-}
-
-void TestPreviewPTZWndLock::higherLevelTakesControl()
-{
-    QVERIFY(Business()->LockPTZ(kDome.toStdString(), demo::kJunior, 300));
-    ZephPluginManager::CCurrentUser::Instance()->SetUser(QString::fromLatin1(demo::kSenior));
-    QSignalSpy succeeded(m_env.controller().get(),
-                         &zeph_ptz_controller::CUniversalPTZController::SignalExecutionSucceeded);
-    m_env.controller()->Control(Move(kDome, PTZ_ACTION_START));
-    m_env.controller()->Control(Move(kDome, PTZ_ACTION_STOP));
-    QTRY_COMPARE(succeeded.count(), 2);
-    QVERIFY(m_env.operations(kDome).contains(DriverOperation::MovePanTilt));
-}
-
-void TestPreviewPTZWndLock::detailsTextByLevel_data()
-{
-    QTest::addColumn<QString>("me");
     QTest::addColumn<QString>("holder");
-    QTest::addColumn<bool>("withTime");
-    QTest::newRow("holder outranks") << demo::kJunior << demo::kSenior << true;
-    QTest::newRow("equal level") << demo::kOperator << demo::kOperator << true;
-    QTest::newRow("I outrank") << demo::kSenior << demo::kJunior << false;
+    QTest::addColumn<QString>("me");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("moves");
+    QTest::newRow("holder outranks") << demo::kSenior << demo::kJunior << 1 << false;
+    QTest::newRow("equal level") << demo::kNoPark << demo::kOperator << 1 << false;
+    QTest::newRow("I outrank") << demo::kJunior << demo::kSenior << 2 << true;
 }
 
-void TestPreviewPTZWndLock::detailsTextByLevel()
+void TestPreviewPTZWndLock::holderLevelDecidesWhoMoves()
 {
-    QFETCH(QString, me);
     QFETCH(QString, holder);
-    QFETCH(bool, withTime);
-    QVERIFY(Business()->LockPTZ(kDome.toStdString(), holder.toStdString(), 3599));
-    ZephPluginManager::CCurrentUser::Instance()->SetUser(me);
-    const QString text = CPreviewPTZWnd::GetPTZLockedDetails(kDome);
-    QVERIFY2(text.contains(holder), qPrintable(text));
-    QCOMPARE(text.contains(QLatin1String("00:59:5")), withTime);
+    QFETCH(QString, me);
+    QFETCH(int, mode);
+    QFETCH(bool, moves);
+    QVERIFY(TestEnv::business()->LockPTZ(kDome.toStdString(), holder.toStdString(), 3599));
+    SignIn(qPrintable(me));
+    m_fx.panel()->OnCheckPTZLockStatus();
+    QTRY_COMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageLocked));
+    QCOMPARE(strip()->LockedFrame()->Mode(), mode);
+    // The holder's details tell the time left only to those who cannot take over.
+    const QString details = CPreviewPTZWnd::GetPTZLockedDetails(kDome);
+    QVERIFY2(details.contains(holder), qPrintable(details));
+    QCOMPARE(details.contains(QLatin1String("00:59:5")), !moves);
+
+    m_fx.camera(kDome)->clearRequestLog();
+    QSignalSpy failed(m_fx.controller().get(), &CUniversalPTZController::SignalExecutionFailed);
+    QSignalSpy succeeded(m_fx.controller().get(), &CUniversalPTZController::SignalExecutionSucceeded);
+    PTZControlCommand move;
+    move.camera_index_code = kDome.toStdString();
+    move.command = PTZ_CMD_PAN_RIGHT;
+    move.speed = 20;
+    move.action = PTZ_ACTION_START;
+    m_fx.controller()->Control(move);
+    if (moves) {
+        move.action = PTZ_ACTION_STOP;
+        m_fx.controller()->Control(move);
+        QTRY_COMPARE(succeeded.count(), 2);
+    } else {
+        QTRY_COMPARE(failed.count(), 1);
+        QCOMPARE(succeeded.count(), 0);
+    }
+    QCOMPARE(m_fx.count(kDome, ptz_devices::DriverOperation::MovePanTilt) > 0, moves);
 }
 
 void TestPreviewPTZWndLock::statusOfAnotherCameraIsIgnored()
 {
-    const QString other = QString::fromLatin1(demo::kPtzNoPattern);
-    QVERIFY(Business()->LockPTZ(other.toStdString(), demo::kSenior, 300));
-    m_panel->OnGetPTZLockStatusSuc(other);
+    QVERIFY(TestEnv::business()->LockPTZ(kBasic.toStdString(), demo::kSenior, 300));
+    m_fx.panel()->OnGetPTZLockStatusSuc(kBasic);
     QCoreApplication::processEvents();
     QCOMPARE(strip()->CurrentPage(), int(CLockMgrFrame::PageUnlocked));
     QVERIFY(!pollTimer() || !pollTimer()->isActive());

@@ -1,4 +1,6 @@
-#include "support/paneltestenv.h"
+#include "support/child.h"
+#include "support/records.h"
+#include "support/testenv.h"
 
 #include "boundary/previewptzcontroltranslator.h"
 #include "patrol/ccruiserecoverconfigdlg.h"
@@ -16,37 +18,7 @@
 
 using namespace PreviewPTZControl;
 using namespace ptz_plugin_protocol;
-namespace demo = site_store::demo;
-
-namespace {
-const QString kDome = QString::fromLatin1(demo::kSpeedDome);
-
-PresetInfo DevicePreset(int index, const char *name)
-{
-    PresetInfo preset;
-    preset.preset_index = index;
-    preset.preset_type = PRESET_TYPE_DEVICE;
-    preset.preset_name = name;
-    return preset;
-}
-
-template <typename T>
-T *child(QObject *parent, const char *name)
-{
-    T *found = parent->findChild<T *>(QString::fromLatin1(name));
-    Q_ASSERT(found);
-    return found;
-}
-
-CruiseInfo DevicePatrol(int index)
-{
-    CruiseInfo patrol;
-    patrol.cruise_index = index;
-    patrol.cruise_type = CRUISE_TYPE_DEVICE;
-    patrol.points.resize(2);
-    return patrol;
-}
-} // namespace
+using ptz_devices::ParkActionType;
 
 class TestParkRecoverDialogs : public QObject
 {
@@ -55,67 +27,72 @@ class TestParkRecoverDialogs : public QObject
 private slots:
     void initTestCase() { QVERIFY(InstallTranslator(QCoreApplication::instance())); }
     void init() { m_env.setUp(); }
-    void cleanup() { m_env.tearDown(); }
+    void cleanup()
+    {
+        m_park.reset();
+        m_env.tearDown();
+    }
 
     void recoverSelectsOnlyOfferedTimes_data();
     void recoverSelectsOnlyOfferedTimes();
     void recoverSaveReachesTheCamera_data();
     void recoverSaveReachesTheCamera();
-    void recoverWithoutControllerOnlyHides();
-
     void parkWaitTimeIsChecked_data();
     void parkWaitTimeIsChecked();
     void parkChoiceDecidesTypeAndTarget_data();
     void parkChoiceDecidesTypeAndTarget();
-    void parkTypingMarksTheField();
     void parkMissingTargetShowsConflict();
-    void parkEmptyListsOfferNone();
 
 private:
-    std::unique_ptr<CParkActionDlg> openParkDialog();
+    // The park dialog of the dome, offering presets Gate (1) and Lobby (2) and patrol 3.
+    CParkActionDlg *openParkDialog();
+    template <typename T>
+    T *park(const char *name) const
+    {
+        return child<T>(m_park.get(), name);
+    }
 
-    PanelTestEnv m_env;
+    TestEnv m_env;
+    std::unique_ptr<CParkActionDlg> m_park;
 };
 
 void TestParkRecoverDialogs::recoverSelectsOnlyOfferedTimes_data()
 {
-    QTest::addColumn<bool>("enabled");
     QTest::addColumn<int>("seconds");
     QTest::addColumn<int>("row");
-    QTest::newRow("offered") << true << 60 << 3;
-    QTest::newRow("first") << true << 15 << 0;
-    QTest::newRow("not offered") << true << 37 << -1;
+    QTest::newRow("offered") << 60 << 3;
+    QTest::newRow("first") << 15 << 0;
+    QTest::newRow("not offered") << 37 << -1;
 }
 
 void TestParkRecoverDialogs::recoverSelectsOnlyOfferedTimes()
 {
-    QFETCH(bool, enabled);
     QFETCH(int, seconds);
     QFETCH(int, row);
     CCruiseRecoverConfigDlg dialog(m_env.controller());
-    dialog.SetConfig(enabled, seconds);
-    QCOMPARE(dialog.Switch()->IsToggled(), enabled);
+    dialog.SetConfig(true, seconds);
+    QVERIFY(dialog.Switch()->IsToggled());
     QCOMPARE(dialog.TimeCombo()->currentIndex(), row);
-    QCOMPARE(dialog.TimeCombo()->count(), 6);
 }
 
 void TestParkRecoverDialogs::recoverSaveReachesTheCamera_data()
 {
+    QTest::addColumn<bool>("withController");
     QTest::addColumn<bool>("enabled");
-    QTest::addColumn<int>("seconds");
     QTest::addColumn<int>("sent");
-    QTest::newRow("on, 90 s") << true << 90 << 90;
-    QTest::newRow("off sends no waiting time") << false << 90 << 0;
+    QTest::newRow("on, 90 s") << true << true << 90;
+    QTest::newRow("off sends no waiting time") << true << false << 0;
+    QTest::newRow("without a controller it only hides") << false << true << -1;
 }
 
 void TestParkRecoverDialogs::recoverSaveReachesTheCamera()
 {
+    QFETCH(bool, withController);
     QFETCH(bool, enabled);
-    QFETCH(int, seconds);
     QFETCH(int, sent);
-    CCruiseRecoverConfigDlg dialog(m_env.controller());
+    CCruiseRecoverConfigDlg dialog(withController ? m_env.controller() : nullptr);
     dialog.SetCamera(kDome);
-    dialog.SetConfig(true, seconds);
+    dialog.SetConfig(true, 90);
     dialog.Switch()->SetToggle(enabled);
     dialog.show();
     QTRY_COMPARE(dialog.height(), enabled ? 194 : 120);
@@ -123,32 +100,31 @@ void TestParkRecoverDialogs::recoverSaveReachesTheCamera()
     QSignalSpy hidden(&dialog, &CCruiseRecoverConfigDlg::SignalCruiseRecoverConfigHide);
     QTest::mouseClick(dialog.SaveButton(), Qt::LeftButton);
     QCOMPARE(hidden.count(), 1);
+    QVERIFY(!dialog.isVisible());
+    if (sent < 0) {
+        QCoreApplication::processEvents();
+        QVERIFY(m_env.operations(kDome).isEmpty());
+        return;
+    }
     QTRY_COMPARE(m_env.camera(kDome)->patrolRecovery().enabled, enabled);
     QCOMPARE(m_env.camera(kDome)->patrolRecovery().waitingSeconds, sent);
 }
 
-void TestParkRecoverDialogs::recoverWithoutControllerOnlyHides()
+CParkActionDlg *TestParkRecoverDialogs::openParkDialog()
 {
-    CCruiseRecoverConfigDlg dialog(nullptr);
-    dialog.SetCamera(kDome);
-    dialog.SetConfig(true, 30);
-    dialog.show();
-    QTest::mouseClick(dialog.SaveButton(), Qt::LeftButton);
-    QVERIFY(!dialog.isVisible());
-    QCoreApplication::processEvents();
-    QVERIFY(m_env.operations(kDome).isEmpty());
-}
-
-std::unique_ptr<CParkActionDlg> TestParkRecoverDialogs::openParkDialog()
-{
-    auto dialog = std::make_unique<CParkActionDlg>();
-    dialog->SetController(m_env.controller());
-    dialog->SetCamera(kDome);
-    dialog->SetPresets({DevicePreset(1, "Gate"), DevicePreset(2, "Lobby")});
-    dialog->SetPatrols({DevicePatrol(3)});
-    dialog->SetParkAction(true, CParkActionDlg::kActionPreset, 10, 0);
-    dialog->show();
-    return dialog;
+    m_park = std::make_unique<CParkActionDlg>();
+    m_park->SetController(m_env.controller());
+    m_park->SetCamera(kDome);
+    m_park->SetPresets({Preset(1, PRESET_TYPE_DEVICE, QStringLiteral("Gate")),
+                        Preset(2, PRESET_TYPE_DEVICE, QStringLiteral("Lobby"))});
+    CruiseInfo patrol;
+    patrol.cruise_index = 3;
+    patrol.cruise_type = CRUISE_TYPE_DEVICE;
+    patrol.points.resize(2);
+    m_park->SetPatrols({patrol});
+    m_park->SetParkAction(true, CParkActionDlg::kActionPreset, 10, 0);
+    m_park->show();
+    return m_park.get();
 }
 
 void TestParkRecoverDialogs::parkWaitTimeIsChecked_data()
@@ -165,82 +141,66 @@ void TestParkRecoverDialogs::parkWaitTimeIsChecked()
 {
     QFETCH(QString, text);
     QFETCH(bool, accepted);
-    auto dialog = openParkDialog();
-    QSignalSpy tips(dialog.get(), &CParkActionDlg::SignalMessageTipNeeded);
-    child<QLineEdit>(dialog.get(), "ptr_wait_time_lineedit_")->setText(text);
-    QTest::mouseClick(child<QPushButton>(dialog.get(), "ptr_confirm_btn_"), Qt::LeftButton);
+    CParkActionDlg *dialog = openParkDialog();
+    QSignalSpy tips(dialog, &CParkActionDlg::SignalMessageTipNeeded);
+    auto *edit = park<QLineEdit>("ptr_wait_time_lineedit_");
+    edit->setText(text);
+    // While typing, a value out of range marks the field and shows the range.
+    QCOMPARE(edit->objectName().endsWith(QLatin1String("_red")), !accepted);
+    QCOMPARE(park<QLabel>("ptr_range_label_")->isVisible(), !accepted);
+    QVERIFY(park<QLabel>("ptr_range_label_")->text().contains(QLatin1String("5 - 720")));
+    QTest::mouseClick(park<QPushButton>("ptr_confirm_btn_"), Qt::LeftButton);
     QCOMPARE(dialog->isVisible(), !accepted);
-    if (!accepted) {
-        QCOMPARE(tips.count(), 1);
-        QCOMPARE(tips.first().at(1).toInt(), 0);
-        QCoreApplication::processEvents();
-        QVERIFY(!m_env.operations(kDome).contains(ptz_devices::DriverOperation::SetParkAction));
-    } else {
+    if (accepted) {
         QTRY_COMPARE(m_env.camera(kDome)->parkAction().waitingSeconds, text.toInt());
+        return;
     }
+    QCOMPARE(tips.count(), 1);
+    QCOMPARE(tips.first().at(1).toInt(), 0);
+    QCoreApplication::processEvents();
+    QVERIFY(!m_env.operations(kDome).contains(ptz_devices::DriverOperation::SetParkAction));
 }
 
 void TestParkRecoverDialogs::parkChoiceDecidesTypeAndTarget_data()
 {
-    QTest::addColumn<int>("choice"); // 0 current view, 1 preset, 2 patrol
-    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("radio");
+    QTest::addColumn<ParkActionType>("type");
     QTest::addColumn<int>("target");
-    QTest::newRow("current view") << 0 << int(ptz_devices::ParkActionType::Preset) << 0;
-    QTest::newRow("preset Lobby") << 1 << int(ptz_devices::ParkActionType::Preset) << 2;
-    QTest::newRow("patrol 3") << 2 << int(ptz_devices::ParkActionType::Patrol) << 3;
+    QTest::newRow("current view") << "ptr_current_view_radio_" << ParkActionType::Preset << 0;
+    QTest::newRow("preset Lobby") << "ptr_preset_radio_" << ParkActionType::Preset << 2;
+    QTest::newRow("patrol 3") << "ptr_patrol_radio_" << ParkActionType::Patrol << 3;
 }
 
 void TestParkRecoverDialogs::parkChoiceDecidesTypeAndTarget()
 {
-    QFETCH(int, choice);
-    QFETCH(int, type);
+    QFETCH(QString, radio);
+    QFETCH(ParkActionType, type);
     QFETCH(int, target);
-    auto dialog = openParkDialog();
-    QWidget *form = dialog.get();
-    QRadioButton *radios[] = {child<QRadioButton>(form, "ptr_current_view_radio_"), child<QRadioButton>(form, "ptr_preset_radio_"), child<QRadioButton>(form, "ptr_patrol_radio_")};
-    radios[choice]->click();
-    QCOMPARE(child<QFrame>(form, "ptr_preset_frame_")->isVisible(), choice == 1);
-    QCOMPARE(child<QFrame>(form, "ptr_patrol_frame_")->isVisible(), choice == 2);
-    child<QComboBox>(form, "ptr_preset_combo_")->setCurrentIndex(1);
-    QTest::mouseClick(child<QPushButton>(form, "ptr_confirm_btn_"), Qt::LeftButton);
+    openParkDialog();
+    park<QRadioButton>(qPrintable(radio))->click();
+    QCOMPARE(park<QFrame>("ptr_preset_frame_")->isVisible(), radio == QLatin1String("ptr_preset_radio_"));
+    QCOMPARE(park<QFrame>("ptr_patrol_frame_")->isVisible(), radio == QLatin1String("ptr_patrol_radio_"));
+    park<QComboBox>("ptr_preset_combo_")->setCurrentIndex(1);
+    QTest::mouseClick(park<QPushButton>("ptr_confirm_btn_"), Qt::LeftButton);
     QTRY_VERIFY(m_env.camera(kDome)->parkAction().enabled);
-    QCOMPARE(int(m_env.camera(kDome)->parkAction().type), type);
+    QCOMPARE(m_env.camera(kDome)->parkAction().type, type);
     QCOMPARE(m_env.camera(kDome)->parkAction().target, target);
-}
-
-void TestParkRecoverDialogs::parkTypingMarksTheField()
-{
-    auto dialog = openParkDialog();
-    auto *edit = child<QLineEdit>(dialog.get(), "ptr_wait_time_lineedit_");
-    auto *range = child<QLabel>(dialog.get(), "ptr_range_label_");
-    edit->setText(QStringLiteral("3"));
-    QCOMPARE(edit->objectName(), QStringLiteral("ptr_wait_time_lineedit_red"));
-    QVERIFY(range->isVisible());
-    QVERIFY(range->text().contains(QLatin1String("5 - 720")));
-    edit->setText(QStringLiteral("30"));
-    QCOMPARE(edit->objectName(), QStringLiteral("ptr_wait_time_lineedit_"));
-    QVERIFY(!range->isVisible());
 }
 
 void TestParkRecoverDialogs::parkMissingTargetShowsConflict()
 {
-    auto dialog = openParkDialog();
+    CParkActionDlg *dialog = openParkDialog();
     dialog->SetParkAction(true, CParkActionDlg::kActionPreset, 10, 9);
-    QVERIFY(child<QLabel>(dialog.get(), "ptr_conflict_tips_")->isVisible());
-    QVERIFY(!child<QLabel>(dialog.get(), "ptr_conflict_tips_")->toolTip().isEmpty());
+    QVERIFY(park<QLabel>("ptr_conflict_tips_")->isVisible());
+    QVERIFY(!park<QLabel>("ptr_conflict_tips_")->toolTip().isEmpty());
     dialog->SetParkAction(true, CParkActionDlg::kActionPatrol, 10, 3);
-    QVERIFY(!child<QLabel>(dialog.get(), "ptr_conflict_tips_")->isVisible());
-    QVERIFY(child<QFrame>(dialog.get(), "ptr_patrol_frame_")->isVisible());
-    QVERIFY(!child<QFrame>(dialog.get(), "ptr_preset_frame_")->isVisible());
-}
-
-void TestParkRecoverDialogs::parkEmptyListsOfferNone()
-{
-    auto dialog = openParkDialog();
+    QVERIFY(!park<QLabel>("ptr_conflict_tips_")->isVisible());
+    QVERIFY(park<QFrame>("ptr_patrol_frame_")->isVisible());
+    // Empty lists offer "None".
     dialog->SetPresets({});
     dialog->SetPatrols({});
-    QCOMPARE(child<QComboBox>(dialog.get(), "ptr_preset_combo_")->count(), 1);
-    QCOMPARE(child<QComboBox>(dialog.get(), "ptr_patrol_combo_")->itemText(0), QStringLiteral("None"));
+    QCOMPARE(park<QComboBox>("ptr_preset_combo_")->count(), 1);
+    QCOMPARE(park<QComboBox>("ptr_patrol_combo_")->itemText(0), QStringLiteral("None"));
 }
 
 QTEST_MAIN(TestParkRecoverDialogs)

@@ -1,11 +1,7 @@
-#include "cparkactionnotice.h"
+#include "support/records.h"
+#include "support/testenv.h"
 
-#include "ptz_devices/csimclock.h"
-#include "ptz_devices/csimulatedcamera.h"
-#include "site_store/csitestore.h"
-#include "site_store/demosite.h"
-#include "zeph_plugin_manager/ccameramanager.h"
-#include "zeph_plugin_manager/cdrivertestaccess.h"
+#include "cparkactionnotice.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -38,8 +34,8 @@ void TestParkActionNotice::showsForAFewSecondsAfterANewParkAction_data()
     const qint64 show = CParkActionNotice::kShowMs;
 
     QTest::newRow("first sighting shows nothing") << QVector<Step>{{a, 3, 0, false}, {a, 3, 100, false}};
-    QTest::newRow("one more shows, then fades")
-        << QVector<Step>{{a, 0, 0, false}, {a, 1, 1000, true}, {a, 1, 1000 + show - 1, true}, {a, 1, 1000 + show, false}};
+    QTest::newRow("one more shows, then fades") << QVector<Step>{
+        {a, 0, 0, false}, {a, 1, 1000, true}, {a, 1, 1000 + show - 1, true}, {a, 1, 1000 + show, false}};
     QTest::newRow("another park action restarts the time")
         << QVector<Step>{{a, 0, 0, false}, {a, 1, 100, true}, {a, 2, 3000, true}, {a, 2, 3000 + show - 1, true}};
     QTest::newRow("another camera starts over")
@@ -60,15 +56,9 @@ void TestParkActionNotice::showsForAFewSecondsAfterANewParkAction()
 
 void TestParkActionNotice::simulatedCameraReportsItsParkAction()
 {
-    auto *cameras = Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance();
-    cameras->Clear();
-    ptz_devices::CSimClock clock(ptz_devices::CSimClock::Mode::Manual);
-    cameras->SetSimClock(&clock);
-    site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::OpenInMemory());
-    auto *dome = qobject_cast<ptz_devices::CSimulatedCamera *>(
-        ZephPluginManager::CDriverTestAccess::GetDriver(QString::fromLatin1(site_store::demo::kSpeedDome)));
-    QVERIFY(dome);
-    dome->setLatency(0);
+    TestEnv env;
+    env.setUp();
+    ptz_devices::CSimulatedCamera *dome = env.camera(kDome);
     QSignalSpy replies(dome, &ptz_devices::IPtzDriver::replied);
     ptz_devices::ParkAction park;
     park.enabled = true;
@@ -78,19 +68,15 @@ void TestParkActionNotice::simulatedCameraReportsItsParkAction()
     QTRY_COMPARE(replies.count(), 1);
 
     CParkActionNotice notice;
-    const QString id = QString::fromLatin1(site_store::demo::kSpeedDome);
-    QVERIFY(!notice.Update(id, dome->status().parkActions, 0));
-    clock.advance(4000);
+    QVERIFY(!notice.Update(kDome, dome->status().parkActions, 0));
+    env.clock()->advance(4000);
     QCOMPARE(dome->status().parkActions, 0);
-    clock.advance(2000);
+    env.clock()->advance(2000);
     QCOMPARE(dome->status().parkActions, 1);
-    QVERIFY(notice.Update(id, dome->status().parkActions, 10));
-    clock.advance(60000); // park fires once per idle period
+    QVERIFY(notice.Update(kDome, dome->status().parkActions, 10));
+    env.clock()->advance(60000); // park fires once per idle period
     QCOMPARE(dome->status().parkActions, 1);
-
-    cameras->Clear();
-    cameras->SetSimClock(nullptr);
-    site_store::CSiteStore::InstallCurrent(nullptr);
+    env.tearDown();
 }
 
 QTEST_MAIN(TestParkActionNotice)

@@ -10,6 +10,7 @@ class TestWorkbenchSignIn : public QObject
 {
     Q_OBJECT
 private slots:
+    void cleanup() { site_store::CSiteStore::InstallCurrent(nullptr); }
     void startsInARow_data();
     void startsInARow();
     void siteWithoutTheDemoOperator();
@@ -21,12 +22,14 @@ void TestWorkbenchSignIn::startsInARow_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QList<bool>>("accepted");
     QTest::addColumn<QStringList>("runsAs");
-    QTest::newRow("unknown after senior is refused") << QStringList{"senior", "nosuchuser"} << QList<bool>{true, false}
-                                                     << QStringList{"senior", "senior"};
+    QTest::newRow("unknown after senior is refused")
+        << QStringList{"senior", "nosuchuser"} << QList<bool>{true, false} << QStringList{"senior", "senior"};
     QTest::newRow("no name after senior is the default operator")
-        << QStringList{"senior", "", ""} << QList<bool>{true, true, true} << QStringList{"senior", "operator", "operator"};
-    QTest::newRow("no name after a refusal") << QStringList{"junior", "nosuchuser", ""} << QList<bool>{true, false, true}
-                                             << QStringList{"junior", "junior", "operator"};
+        << QStringList{"senior", "", ""} << QList<bool>{true, true, true}
+        << QStringList{"senior", "operator", "operator"};
+    QTest::newRow("no name after a refusal")
+        << QStringList{"junior", "nosuchuser", ""} << QList<bool>{true, false, true}
+        << QStringList{"junior", "junior", "operator"};
 }
 
 void TestWorkbenchSignIn::startsInARow()
@@ -35,18 +38,16 @@ void TestWorkbenchSignIn::startsInARow()
     QFETCH(QList<bool>, accepted);
     QFETCH(QStringList, runsAs);
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("site.sqlite"));
     for (int i = 0; i < names.size(); ++i) {
         // A new start opens the site file again.
-        site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::Open(path));
+        site_store::CSiteStore::InstallCurrent(
+            site_store::CSiteStore::Open(dir.filePath(QStringLiteral("site.sqlite"))));
         QString error;
         QCOMPARE(CWorkbenchSignIn::SignIn(names.at(i), &error), accepted.at(i));
         QCOMPARE(error.isEmpty(), accepted.at(i));
-        if (!accepted.at(i))
-            QVERIFY(error.contains(names.at(i)));
-        QCOMPARE(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName(), runsAs.at(i));
+        QVERIFY(accepted.at(i) || error.contains(names.at(i)));
+        QCOMPARE(ZephPluginManager::CCurrentUser::Instance()->GetUserName(), runsAs.at(i));
     }
-    site_store::CSiteStore::InstallCurrent(nullptr);
 }
 
 void TestWorkbenchSignIn::siteWithoutTheDemoOperator()
@@ -56,11 +57,9 @@ void TestWorkbenchSignIn::siteWithoutTheDemoOperator()
     QVERIFY(store->setCurrentUser(QStringLiteral("senior")));
     QVERIFY(store->removeUser(QStringLiteral("operator")));
     const QString fallback = CWorkbenchSignIn::DefaultOperator();
-    QVERIFY(!fallback.isEmpty());
-    QVERIFY(fallback != QLatin1String("operator"));
+    QVERIFY(!fallback.isEmpty() && fallback != QLatin1String("operator"));
     QVERIFY(CWorkbenchSignIn::SignIn(QString(), nullptr));
     QCOMPARE(store->currentUserName(), fallback);
-    site_store::CSiteStore::InstallCurrent(nullptr);
 }
 
 QTEST_GUILESS_MAIN(TestWorkbenchSignIn)

@@ -1,41 +1,66 @@
 // The panel fits the default window: nothing of it is cut at 1, 4 or 9 screens, in either layout.
-#include "cworkbenchwindow.h"
+#include "support/workbenchfixture.h"
 
 #include "panel/cpreviewptzwnd.h"
 #include "preset/cpresettablemodel.h"
 #include "quillon/citemdatarole.h"
-#include "site_store/csitestore.h"
-#include "zeph_plugin_manager/ccameramanager.h"
-#include "ptz_devices/csimclock.h"
 
-#include <QAbstractButton>
 #include <QLineEdit>
 #include <QTabBar>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
+
+namespace {
+double Luminance(const QColor &c)
+{
+    const auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
+}
+
+double Contrast(const QColor &a, const QColor &b)
+{
+    const double la = Luminance(a), lb = Luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// The contrast of an icon's opaque pixel that stands out most from the background.
+double InkContrast(const QPixmap &pixmap, const QColor &background)
+{
+    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    double best = 1.0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qAlpha(image.pixel(x, y)) > 200)
+                best = std::max(best, Contrast(QColor::fromRgba(image.pixel(x, y)), background));
+    return best;
+}
+
+QString Where(const QWidget *w, const QRect &r)
+{
+    return QStringLiteral("%1 at %2,%3 %4x%5")
+        .arg(w->objectName())
+        .arg(r.x())
+        .arg(r.y())
+        .arg(r.width())
+        .arg(r.height());
+}
+} // namespace
 
 class TestWorkbenchLayout : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void init() { m_fx.setUp(); }
+    void cleanup() { m_fx.tearDown(); }
     void panelFitsTheDefaultWindow_data();
     void panelFitsTheDefaultWindow();
     void presetRowIconsStandOut_data();
     void presetRowIconsStandOut();
 
 private:
-    QTemporaryDir m_dir;
-    ptz_devices::CSimClock m_clock{ptz_devices::CSimClock::Mode::Manual};
+    WorkbenchFixture m_fx;
 };
-
-void TestWorkbenchLayout::initTestCase()
-{
-    Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->SetSimClock(&m_clock);
-    site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::Open(m_dir.filePath(QStringLiteral("site.sqlite"))));
-}
 
 void TestWorkbenchLayout::panelFitsTheDefaultWindow_data()
 {
@@ -45,9 +70,7 @@ void TestWorkbenchLayout::panelFitsTheDefaultWindow_data()
     for (int screens : {1, 4, 9})
         for (bool stacked : {false, true})
             for (bool white : {false, true})
-                QTest::newRow(qPrintable(QStringLiteral("%1 screens, %2, %3")
-                                             .arg(screens)
-                                             .arg(stacked ? "stacked" : "side", white ? "white" : "dark")))
+                QTest::addRow("%d screens, %s, %s", screens, stacked ? "stacked" : "side", white ? "white" : "dark")
                     << screens << stacked << white;
 }
 
@@ -56,69 +79,34 @@ void TestWorkbenchLayout::panelFitsTheDefaultWindow()
     QFETCH(int, screens);
     QFETCH(bool, stacked);
     QFETCH(bool, white);
-    CWorkbenchWindow window;
-    window.SetScreenCount(screens);
+    CWorkbenchWindow *window = m_fx.window();
+    window->SetScreenCount(screens);
     // Through the other layout first: switching back must restore the rows it rearranged.
-    window.SetStackedLayout(!stacked);
-    window.SetStackedLayout(stacked);
-    window.SetWhiteTheme(white);
-    window.resize(CWorkbenchWindow::DefaultSize());
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    PreviewPTZControl::CPreviewPTZWnd *panel = window.Panel(window.SelectedScreen());
-    const QRect inWindow(panel->mapTo(&window, QPoint(0, 0)), panel->size());
-    QVERIFY2(window.rect().contains(inWindow), qPrintable(QStringLiteral("panel at %1,%2 %3x%4")
-                                                              .arg(inWindow.x()).arg(inWindow.y())
-                                                              .arg(inWindow.width()).arg(inWindow.height())));
+    window->SetStackedLayout(!stacked);
+    window->SetStackedLayout(stacked);
+    window->SetWhiteTheme(white);
+    QVERIFY(m_fx.showActive());
+    PreviewPTZControl::CPreviewPTZWnd *panel = window->Panel(window->SelectedScreen());
+    const QRect inWindow(panel->mapTo(window, QPoint(0, 0)), panel->size());
+    QVERIFY2(window->rect().contains(inWindow), qPrintable(Where(panel, inWindow)));
     // Side by side, the function buttons start at the top like the pad, with no empty band above.
     if (!stacked) {
         const QString strip = white ? "m_pFrameAppendFun_white_" : "m_pFrameAppendFun";
         QTRY_VERIFY(panel->findChild<QWidget *>(strip)->mapTo(panel, QPoint(0, 0)).y() < 40);
     }
     // Each visible control is whole: inside the panel, and at least its minimum size.
-    QList<QWidget *> controls;
-    for (QWidget *w : panel->findChildren<QWidget *>())
-        if (w->isVisibleTo(panel) && (qobject_cast<QLineEdit *>(w) || qobject_cast<QTabBar *>(w)))
-            controls << w;
-    QVERIFY(!controls.isEmpty());
-    for (QWidget *w : qAsConst(controls)) {
+    int controls = 0;
+    for (QWidget *w : panel->findChildren<QWidget *>()) {
+        if (!w->isVisibleTo(panel) || !(qobject_cast<QLineEdit *>(w) || qobject_cast<QTabBar *>(w)))
+            continue;
+        ++controls;
         const QRect r(w->mapTo(panel, QPoint(0, 0)), w->size());
-        QVERIFY2(panel->rect().contains(r), qPrintable(QStringLiteral("%1 at %2,%3 %4x%5 outside %6x%7")
-                                                           .arg(w->objectName()).arg(r.x()).arg(r.y())
-                                                           .arg(r.width()).arg(r.height())
-                                                           .arg(panel->width()).arg(panel->height())));
-        if (auto *tabs = qobject_cast<QTabBar *>(w)) {
-            const QRect last = tabs->tabRect(tabs->count() - 1);
-            QVERIFY2(tabs->rect().contains(last), "the last tab is cut off");
-        }
+        QVERIFY2(panel->rect().contains(r), qPrintable(Where(w, r)));
+        if (auto *tabs = qobject_cast<QTabBar *>(w))
+            QVERIFY2(tabs->rect().contains(tabs->tabRect(tabs->count() - 1)), "the last tab is cut off");
     }
+    QVERIFY(controls > 0);
 }
-
-namespace {
-double Luminance(const QColor &c)
-{
-    auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
-    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
-}
-double Contrast(const QColor &a, const QColor &b)
-{
-    const double la = Luminance(a), lb = Luminance(b);
-    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
-}
-// The darkest or lightest opaque pixel of an icon, whichever stands further from the background.
-QColor InkOf(const QPixmap &pixmap, const QColor &background)
-{
-    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
-    QColor best = background;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = QColor::fromRgba(image.pixel(x, y));
-            if (c.alpha() > 200 && Contrast(c, background) > Contrast(best, background))
-                best = c;
-        }
-    return best;
-}
-} // namespace
 
 void TestWorkbenchLayout::presetRowIconsStandOut_data()
 {
@@ -132,9 +120,8 @@ void TestWorkbenchLayout::presetRowIconsStandOut()
 {
     QFETCH(bool, white);
     QFETCH(QColor, background);
-    CWorkbenchWindow window;
-    window.SetWhiteTheme(white);
-    auto *model = window.Panel(0)->findChild<PreviewPTZControl::CPresetTableModel *>();
+    m_fx.window()->SetWhiteTheme(white);
+    auto *model = m_fx.window()->Panel(0)->findChild<PreviewPTZControl::CPresetTableModel *>();
     QVERIFY(model);
     const PreviewPTZControl::CPresetModelIcon &icons = model->GetIcons();
     // The list is built before the host switches the panel to white: the rows must follow.
@@ -145,8 +132,7 @@ void TestWorkbenchLayout::presetRowIconsStandOut()
                  icons.GetStartPixmap().cacheKey());
     }
     for (const QPixmap &icon : {icons.GetStartPixmap(), icons.GetEditPixmap(), icons.GetDeletePixmap()})
-        QVERIFY2(Contrast(InkOf(icon, background), background) >= 3.0,
-                 qPrintable(QString::number(Contrast(InkOf(icon, background), background))));
+        QVERIFY2(InkContrast(icon, background) >= 3.0, qPrintable(QString::number(InkContrast(icon, background))));
 }
 
 QTEST_MAIN(TestWorkbenchLayout)

@@ -7,11 +7,9 @@ class TestWorkbenchStart : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void commandLineNeedsNoDisplay_data();
-    void commandLineNeedsNoDisplay();
-    void badScriptBytesAreRefusedWithTheirLine_data();
-    void badScriptBytesAreRefusedWithTheirLine();
+    void initTestCase() { QVERIFY(QFile::exists(QStringLiteral(PTZ_WORKBENCH_BIN))); }
+    void refusalsNeedNoDisplay_data();
+    void refusalsNeedNoDisplay();
     void unknownOperatorRefusesToStart();
 
 private:
@@ -25,11 +23,6 @@ private:
 
     QTemporaryDir m_dir;
 };
-
-void TestWorkbenchStart::initTestCase()
-{
-    QVERIFY(QFile::exists(QStringLiteral(PTZ_WORKBENCH_BIN)));
-}
 
 TestWorkbenchStart::Run TestWorkbenchStart::start(const QStringList &arguments, bool display) const
 {
@@ -51,59 +44,53 @@ TestWorkbenchStart::Run TestWorkbenchStart::start(const QStringList &arguments, 
     return run;
 }
 
-void TestWorkbenchStart::commandLineNeedsNoDisplay_data()
+void TestWorkbenchStart::refusalsNeedNoDisplay_data()
 {
     QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("script"); // written to a file passed with --script, when not empty
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("says");
-    QTest::newRow("help") << QStringList{"--help"} << 0 << "--screens";
-    QTest::newRow("unknown option") << QStringList{"--colour", "red"} << 2 << "colour";
-    QTest::newRow("bad value") << QStringList{"--screens", "5"} << 2 << "1, 4 or 9";
-    QTest::newRow("repeated option") << QStringList{"--theme", "dark", "--theme", "white"} << 2 << "--theme";
-    QTest::newRow("missing script") << QStringList{"--script", "/nonexistent/x.txt"} << 2 << "x.txt";
+    QTest::newRow("help") << QStringList{"--help"} << QByteArray() << 0 << "--screens";
+    QTest::newRow("unknown option") << QStringList{"--colour", "red"} << QByteArray() << 2 << "colour";
+    QTest::newRow("bad value") << QStringList{"--screens", "5"} << QByteArray() << 2 << "1, 4 or 9";
+    QTest::newRow("repeated option") << QStringList{"--theme", "dark", "--theme", "white"} << QByteArray() << 2
+                                     << "--theme";
+    QTest::newRow("missing script") << QStringList{"--script", "/nonexistent/x.txt"} << QByteArray() << 2 << "x.txt";
+    QTest::newRow("NUL before the release")
+        << QStringList() << QByteArray("select 1\npress up\nwait 10\x00junk\nrelease up\n", 42) << 2
+        << "line 3 contains a NUL";
+    QTest::newRow("invalid UTF-8") << QStringList() << QByteArray("select 1\nbind 1 \xff\xfe\n") << 2
+                                   << "line 2 is not valid UTF-8";
+    QTest::newRow("very long line is cut") << QStringList() << QByteArray("select 1\n") + QByteArray(200000, 'x') + "\n"
+                                           << 2 << QString(80, QLatin1Char('x')) + QChar(0x2026) + "'";
 }
 
-void TestWorkbenchStart::commandLineNeedsNoDisplay()
+void TestWorkbenchStart::refusalsNeedNoDisplay()
 {
     QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, script);
     QFETCH(int, code);
     QFETCH(QString, says);
+    if (!script.isEmpty()) {
+        QFile file(m_dir.filePath(QStringLiteral("script.txt")));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(script);
+        arguments << QStringLiteral("--script") << file.fileName();
+    }
     const Run run = start(arguments, false);
     QCOMPARE(run.code, code);
-    QVERIFY2((code == 0 ? run.out : run.err).contains(says), qPrintable(run.err));
-}
-
-void TestWorkbenchStart::badScriptBytesAreRefusedWithTheirLine_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("says");
-    QTest::newRow("NUL before the release")
-        << QByteArray("select 1\npress up\nwait 10\x00junk\nrelease up\n", 42) << "line 3 contains a NUL";
-    QTest::newRow("invalid UTF-8") << QByteArray("select 1\nbind 1 \xff\xfe\n") << "line 2 is not valid UTF-8";
-    QTest::newRow("very long line is cut")
-        << QByteArray("select 1\n") + QByteArray(200000, 'x') + "\n" << QString(80, QLatin1Char('x')) + QChar(0x2026) + "'";
-}
-
-void TestWorkbenchStart::badScriptBytesAreRefusedWithTheirLine()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, says);
-    QFile file(m_dir.filePath(QStringLiteral("script.txt")));
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
-    file.close();
-    const Run run = start({QStringLiteral("--script"), file.fileName()}, false);
-    QCOMPARE(run.code, 2);
-    QVERIFY2(run.err.contains(says), qPrintable(run.err.left(400)));
+    QVERIFY2((code == 0 ? run.out : run.err).contains(says), qPrintable(run.err.left(400)));
     QVERIFY(run.err.size() < 400);
 }
 
 void TestWorkbenchStart::unknownOperatorRefusesToStart()
 {
     const QString shot = m_dir.filePath(QStringLiteral("shot.png"));
-    const Run known = start({QStringLiteral("--user"), QStringLiteral("senior"), QStringLiteral("--screenshot"), shot}, true);
-    QCOMPARE(known.code, 0);
-    const Run unknown = start({QStringLiteral("--user"), QStringLiteral("nosuchuser"), QStringLiteral("--screenshot"), shot}, true);
+    QCOMPARE(
+        start({QStringLiteral("--user"), QStringLiteral("senior"), QStringLiteral("--screenshot"), shot}, true).code,
+        0);
+    const Run unknown =
+        start({QStringLiteral("--user"), QStringLiteral("nosuchuser"), QStringLiteral("--screenshot"), shot}, true);
     QCOMPARE(unknown.code, 2);
     QVERIFY2(unknown.err.contains(QStringLiteral("nosuchuser")), qPrintable(unknown.err));
 }
