@@ -20,8 +20,10 @@ run: configure
 	@bash scripts/build-quiet.sh $(BUILD) $(JOBS) ptz-workbench
 	@bash scripts/run-workbench.sh $(BUILD) --onvif-demo $(ARGS)
 
+# An unformatted source fails the run too, after the tests have had their say.
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+	@$(MAKE) -s format-check
 
 # Address and undefined-behaviour sanitizers over the whole suite, in its own build dir.
 # Known leaks of Qt's offscreen plug-in and of system libraries are listed in scripts/lsan.supp.

@@ -3,7 +3,7 @@
 # Does nothing when everything is already there.
 set -euo pipefail
 pkgs=(build-essential cmake qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
-      libqt5sql5-sqlite libkdsoap-dev libkdsoap-server1 fonts-dejavu-core xvfb xauth)
+      libqt5sql5-sqlite libkdsoap-dev libkdsoap-server1 clang-format fonts-dejavu-core xvfb xauth)
 missing=()
 for p in "${pkgs[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -8,8 +8,8 @@
 
 namespace PreviewPTZControl {
 
-CPTZBoardWidgetInterface::CPTZBoardWidgetInterface(unsigned int screen_index, bool b_software_ptz,
-                                                   bool b_playback, QWidget *parent)
+CPTZBoardWidgetInterface::CPTZBoardWidgetInterface(unsigned int screen_index, bool b_software_ptz, bool b_playback,
+                                                   QWidget *parent)
     : QWidget(parent)
 {
     ptr_preview_ptz_wnd_ = new CPreviewPTZWnd(screen_index, b_software_ptz, b_playback, this);

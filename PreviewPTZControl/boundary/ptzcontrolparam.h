@@ -15,8 +15,8 @@ struct PREVIEWPTZCONTROL_EXPORT PTZControlParam
     // Short form used by the buttons: no owner, never skipped.
     PTZControlParam(const QString &camera_index_code, quint32 command, quint32 action, quint32 extra);
     // Long form used by the stop operations; skip = true records the stop locally only.
-    PTZControlParam(const QString &owner_index_code, const QString &camera_index_code, quint32 command,
-                    quint32 action, bool skip);
+    PTZControlParam(const QString &owner_index_code, const QString &camera_index_code, quint32 command, quint32 action,
+                    bool skip);
 
     QString camera_index_code;
     QString owner_index_code;

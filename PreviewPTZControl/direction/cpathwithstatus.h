@@ -36,8 +36,8 @@ public:
     // Colour of the current state; invalid for a state outside 0..4.
     QColor currentColor() const;
 
-    QPainterPath path;      // hit and fill shape, pad coordinates (origin at the pad centre)
-    QPainterPath pathFore;  // spare, kept empty
+    QPainterPath path;     // hit and fill shape, pad coordinates (origin at the pad centre)
+    QPainterPath pathFore; // spare, kept empty
     QColor colorFore;
     qint32 status = StatusNormal;
 

@@ -22,14 +22,14 @@ const char kWhiteImageRoot[] = ":/Images/PTZWhite/Direction/";
 
 bool IsDiagonal(int section)
 {
-    return section == CPTZCloud::TopLeft || section == CPTZCloud::TopRight
-        || section == CPTZCloud::BottomLeft || section == CPTZCloud::BottomRight;
+    return section == CPTZCloud::TopLeft || section == CPTZCloud::TopRight || section == CPTZCloud::BottomLeft
+           || section == CPTZCloud::BottomRight;
 }
 
 bool IsStraight(int section)
 {
-    return section == CPTZCloud::TopMiddle || section == CPTZCloud::MiddleLeft
-        || section == CPTZCloud::MiddleRight || section == CPTZCloud::BottomMiddle;
+    return section == CPTZCloud::TopMiddle || section == CPTZCloud::MiddleLeft || section == CPTZCloud::MiddleRight
+           || section == CPTZCloud::BottomMiddle;
 }
 
 vs_ui_data_controller::CVSStyleManager *StyleManager()
@@ -50,8 +50,7 @@ CPTZCloud::CPTZCloud(QWidget *parent)
     InitGraphicsView();
     InitSections();
     // Colours come from the host theme; repaint when it changes (the layer cache is keyed by colour).
-    connect(StyleManager(), &vs_ui_data_controller::CVSStyleManager::ThemeChanged, this,
-            [this]() { update(); });
+    connect(StyleManager(), &vs_ui_data_controller::CVSStyleManager::ThemeChanged, this, [this]() { update(); });
 }
 
 CPTZCloud::~CPTZCloud() = default;
@@ -115,10 +114,11 @@ void CPTZCloud::InitSections()
     const QPainterPath bottomRight = cornerDisc(r, r);
 
     m_pCross.reset(new CPathWithStatus());
-    m_pCross->path = outer.subtracted(topLeft).subtracted(topRight).subtracted(bottomLeft)
-                         .subtracted(bottomRight).subtracted(inner);
+    m_pCross->path =
+        outer.subtracted(topLeft).subtracted(topRight).subtracted(bottomLeft).subtracted(bottomRight).subtracted(inner);
 
-    struct Spec {
+    struct Spec
+    {
         int section;
         const char *name;
         QPainterPath path;
@@ -420,7 +420,7 @@ QString CPTZCloud::sectionImage(int number, int status, bool white)
         return QString();
     }
     return QLatin1String(white ? kWhiteImageRoot : kImageRoot) + base + QLatin1String(kStates[status])
-        + QLatin1String(".svg");
+           + QLatin1String(".svg");
 }
 
 QRect CPTZCloud::sectionIconRect(int number)
@@ -482,7 +482,7 @@ const QPixmap &CPTZCloud::SectionPixmap(int number, int status, qreal dpr, bool 
     }
     const qreal angle = sectionRotation(number);
     const QString key = file + QLatin1Char('|') + QString::number(angle) + QLatin1Char('|') + QString::number(dpr)
-        + QLatin1Char('|') + QString::number(rect.width());
+                        + QLatin1Char('|') + QString::number(rect.width());
     auto it = m_pixmapCache.find(key);
     if (it != m_pixmapCache.end()) {
         return it.value();
@@ -515,8 +515,7 @@ const QPixmap &CPTZCloud::StaticLayer(qreal dpr, bool white)
     const QColor cross = StyleManager()->ColorPtzIrregularShape();
     const QColor diagonal = StyleManager()->GetNeuColorT2(0.08);
     const QString key = backgroundImage(white) + QLatin1Char('|') + QString::number(dpr) + QLatin1Char('|')
-        + QString::number(cross.rgba())
-        + QLatin1Char('|') + QString::number(diagonal.rgba());
+                        + QString::number(cross.rgba()) + QLatin1Char('|') + QString::number(diagonal.rgba());
     if (key == m_staticLayerKey && !m_staticLayer.isNull()) {
         return m_staticLayer;
     }
@@ -537,9 +536,8 @@ const QPixmap &CPTZCloud::StaticLayer(qreal dpr, bool white)
         painter.translate(centre);
         painter.setPen(Qt::NoPen);
         const int h = m_iPadSize / 2;
-        painter.drawPixmap(QPointF(-h, -h),
-                           Quillon::CGUIToolkit::GetPixmapFromSvg(backgroundImage(white),
-                                                                  QSize(m_iPadSize, m_iPadSize), dpr));
+        painter.drawPixmap(QPointF(-h, -h), Quillon::CGUIToolkit::GetPixmapFromSvg(backgroundImage(white),
+                                                                                   QSize(m_iPadSize, m_iPadSize), dpr));
         painter.setBrush(cross);
         painter.drawPath(m_pCross->path);
         painter.setBrush(diagonal);

@@ -12,7 +12,8 @@
 namespace PreviewPTZControl {
 
 CAboutLockFrame::CAboutLockFrame(QWidget *parent)
-    : Quillon::CFrame(parent), ui_(std::make_unique<Ui::AboutLockFrameUI>())
+    : Quillon::CFrame(parent)
+    , ui_(std::make_unique<Ui::AboutLockFrameUI>())
 {
     ui_->setupUi(this);
     ui_->lock_time_edit->setMaxLength(4);

@@ -14,7 +14,9 @@ namespace PreviewPTZControl {
 using LockFramesPrivate::FormatClock;
 
 CLockedFrame::CLockedFrame(QWidget *parent)
-    : Quillon::CFrame(parent), ui_(std::make_unique<Ui::LockedFrameUI>()), timer_(new QTimer(this))
+    : Quillon::CFrame(parent)
+    , ui_(std::make_unique<Ui::LockedFrameUI>())
+    , timer_(new QTimer(this))
 {
     ui_->setupUi(this);
     ui_->pLockIconLabel->setPixmap(QIcon(QStringLiteral(":/Images/PTZ/icon_time_nor.svg")).pixmap(16, 16));

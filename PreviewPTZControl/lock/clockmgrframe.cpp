@@ -6,8 +6,8 @@
 #include "ui_lockmgrframeui.h"
 
 #include "quillon/cdataobjectmapper.h"
-#include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 #include "zeph_plugin_manager/ccurrentuser.h"
+#include "zeph_plugin_manager/cptzbusinessinterfacemgr.h"
 
 #include <QPushButton>
 
@@ -21,7 +21,9 @@ constexpr int kLockTimeRole = 1259;
 } // namespace
 
 CLockMgrFrame::CLockMgrFrame(QWidget *parent)
-    : Quillon::CFrame(parent), ui_(std::make_unique<Ui::LockMgrFrameUI>()), mapper_(new Quillon::CDataObjectMapper(this))
+    : Quillon::CFrame(parent)
+    , ui_(std::make_unique<Ui::LockMgrFrameUI>())
+    , mapper_(new Quillon::CDataObjectMapper(this))
 {
     ui_->setupUi(this);
     mapper_->AddMapping(ui_->pUnLockFrame, kUnlockedRole);

@@ -5,7 +5,10 @@
 
 namespace PreviewPTZControl {
 
-CMouseReleaseWatcher::CMouseReleaseWatcher(QObject *parent) : QObject(parent) {}
+CMouseReleaseWatcher::CMouseReleaseWatcher(QObject *parent)
+    : QObject(parent)
+{
+}
 
 CMouseReleaseWatcher::~CMouseReleaseWatcher()
 {

@@ -36,7 +36,9 @@ using zeph_ptz_controller::CVirtualPtzControllor;
 int CPreviewPTZWnd::current_user_ptz_perm_ = -1;
 
 CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, bool b_playback, QWidget *parent)
-    : CBasicPTZWnd(parent), screen_index_(screen_index), panel_kind_(b_playback ? 2u : 1u)
+    : CBasicPTZWnd(parent)
+    , screen_index_(screen_index)
+    , panel_kind_(b_playback ? 2u : 1u)
 {
     setObjectName(QStringLiteral("CPreviewPTZWnd"));
     ptr_ptz_get_controller_ = new CPTZGetController(this);
@@ -167,8 +169,7 @@ void CPreviewPTZWnd::ConnectSignalAndSlot()
     connect(ui_right_->m_pBtnKeyFocus, &QPushButton::clicked, this, &CPreviewPTZWnd::OnOneKeyFocusBtnClicked);
     connect(ui_right_->m_pBtnResetPos, &QPushButton::clicked, this, &CPreviewPTZWnd::OnResetLensBtnClicked);
     connect(ui_right_->m_pBtn3D, &QPushButton::clicked, this, &CPreviewPTZWnd::OnThreeD);
-    connect(ui_right_->ptr_manual_track_btn_, &QPushButton::clicked, this,
-            &CPreviewPTZWnd::OnManualTrackingBtnClicked);
+    connect(ui_right_->ptr_manual_track_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnManualTrackingBtnClicked);
     connect(ui_right_->ptr_face_capture_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnFaceCaptureBtnClicked);
     connect(ui_right_->ptr_auto_track_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnAutoTrackBtnClicked);
     connect(ui_right_->ptr_park_action_btn_, &QPushButton::clicked, this, &CPreviewPTZWnd::OnParkActionBtnClicked);
@@ -198,8 +199,7 @@ void CPreviewPTZWnd::ConnectSignalAndSlot()
     connect(getter, &CPTZGetController::SignalGetAllPatternsSuc, this, &CPreviewPTZWnd::OnGetAllPatternsSuc);
     connect(getter, &CPTZGetController::SignalGetAllPatternsFailed, this, &CPreviewPTZWnd::OnGetAllPatternsFailed);
     connect(getter, &CPTZGetController::SignalGetPTZLockStatusSuc, this, &CPreviewPTZWnd::OnGetPTZLockStatusSuc);
-    connect(getter, &CPTZGetController::SignalGetPTZLockStatusFailed, this,
-            &CPreviewPTZWnd::OnGetPTZLockStatusFailed);
+    connect(getter, &CPTZGetController::SignalGetPTZLockStatusFailed, this, &CPreviewPTZWnd::OnGetPTZLockStatusFailed);
 
     if (ptr_software_controller_) {
         connect(ptr_software_controller_.get(),
@@ -239,8 +239,7 @@ void CPreviewPTZWnd::ConnectPTZControllerSingal(bool b_connect)
             &CPreviewPTZWnd::OnAutoTrackStateChanged);
     connect(controller, &CUniversalPTZController::SignalPTZPanelInterrupt, this,
             &CPreviewPTZWnd::OnStopAutoScanCruiseTrail);
-    connect(controller, &CUniversalPTZController::SignalSeizedByOtherUser, this,
-            &CPreviewPTZWnd::OnSeizedByOtherUser);
+    connect(controller, &CUniversalPTZController::SignalSeizedByOtherUser, this, &CPreviewPTZWnd::OnSeizedByOtherUser);
     connect(controller, &CUniversalPTZController::signalCruiseFinished, this, &CPreviewPTZWnd::OnCruiseControlFinish);
     connect(controller, &CUniversalPTZController::signalPresetFinished, this, &CPreviewPTZWnd::OnPresetControlFinish);
 }
@@ -328,15 +327,12 @@ void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &c
     }
 
     // A cascaded camera is reached through another site, which passes on moves only.
-    const QString cascade_tip =
-        b_cascade_ ? tr("Corvo-ControlClient.076b8e1c619744ee8a8f04026e32bea4.msg") : QString();
-    for (QWidget *widget : {static_cast<QWidget *>(ui_right_->m_pBtnKeyFocus),
-                            static_cast<QWidget *>(ui_right_->m_pBtnLight),
-                            static_cast<QWidget *>(ui_right_->m_pBtnWiper),
-                            static_cast<QWidget *>(ui_right_->m_pBtnResetPos),
-                            static_cast<QWidget *>(ui_right_->m_pTabCruise),
-                            static_cast<QWidget *>(ui_right_->m_pTabPatten),
-                            static_cast<QWidget *>(ui_right_->ptr_park_action_btn_)})
+    const QString cascade_tip = b_cascade_ ? tr("Corvo-ControlClient.076b8e1c619744ee8a8f04026e32bea4.msg") : QString();
+    for (QWidget *widget :
+         {static_cast<QWidget *>(ui_right_->m_pBtnKeyFocus), static_cast<QWidget *>(ui_right_->m_pBtnLight),
+          static_cast<QWidget *>(ui_right_->m_pBtnWiper), static_cast<QWidget *>(ui_right_->m_pBtnResetPos),
+          static_cast<QWidget *>(ui_right_->m_pTabCruise), static_cast<QWidget *>(ui_right_->m_pTabPatten),
+          static_cast<QWidget *>(ui_right_->ptr_park_action_btn_)})
         widget->setEnabled(!b_cascade_);
     QTabWidget *tabs = ui_right_->m_pTabWidget;
     tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabCruise), cascade_tip);
@@ -438,7 +434,7 @@ void CPreviewPTZWnd::PTZConfigPermission(bool enabled)
     ui_right_->ptr_park_action_btn_->setEnabled(enabled);
 }
 
-void CPreviewPTZWnd::SetUIEnabled(bool, bool) {}
+void CPreviewPTZWnd::SetUIEnabled(bool, bool) { }
 
 void CPreviewPTZWnd::SetDelegateStateCallback(std::function<bool(PreviewPTZStruct::PreviewWndOperate &)> callback)
 {

@@ -10,8 +10,8 @@
 
 #include <QMap>
 #include <QModelIndex>
-#include <QPersistentModelIndex>
 #include <QMouseEvent>
+#include <QPersistentModelIndex>
 #include <QPointer>
 #include <QString>
 
@@ -97,10 +97,10 @@ public:
 
     void StopAutoScan(const QString &owner_index_code, const QString &camera_index_code, bool b_send);
     void SetPtzAuxiliaryLineHide();
-    void StopCruisePlaying(const QString &owner_index_code, const QString &camera_index_code, bool b_resume,
-                           int mode, bool b_send);
-    void StopPatternPlaying(const QString &owner_index_code, const QString &camera_index_code, bool b_resume,
-                            int mode, bool b_send);
+    void StopCruisePlaying(const QString &owner_index_code, const QString &camera_index_code, bool b_resume, int mode,
+                           bool b_send);
+    void StopPatternPlaying(const QString &owner_index_code, const QString &camera_index_code, bool b_resume, int mode,
+                            bool b_send);
     void StopPatternRecording(const QString &owner_index_code, const QString &camera_index_code, bool b_send);
 
     // State the host and tests read back.
@@ -143,8 +143,8 @@ public slots:
     void OnPTZControlFailed(const QString &owner_index_code, const QString &camera_index_code, int error_code,
                             int command);
     void OnAutoTrackStateChanged(const QString &owner_index_code, const QString &camera_index_code, bool on);
-    void OnStopAutoScanCruiseTrail(const QString &owner_index_code, const QString &camera_index_code,
-                                   bool is_trail, int patrol_no);
+    void OnStopAutoScanCruiseTrail(const QString &owner_index_code, const QString &camera_index_code, bool is_trail,
+                                   int patrol_no);
     void OnSeizedByOtherUser(const QString &camera_index_code);
     void OnCruiseControlFinish(const ptz_plugin_protocol::CruiseControlRequest &request, const QString &error);
     void OnPresetControlFinish(const ptz_plugin_protocol::PresetControlRequest &request, const QString &error);
@@ -348,7 +348,7 @@ private:
     QWidget *ptr_update_widget = nullptr;
     QPushButton *ptr_update_ptz_btn_ = nullptr;
     QPushButton *ptr_recover_config_btn_ = nullptr;
-    CParkActionDlg *park_action_dlg_ = nullptr;            // created on first use, child of the panel
+    CParkActionDlg *park_action_dlg_ = nullptr;             // created on first use, child of the panel
     CCruiseRecoverConfigDlg *cruise_recover_dlg_ = nullptr; // created on first use, child of the panel
 
     bool whiteTheme = false;
@@ -417,7 +417,7 @@ private:
     QString editing_cruise_id_;   // the text that came with that type
     int reported_dwell_min_ = 15; // dwell range reported with the type
     int reported_dwell_max_ = 30;
-    int editor_dwell_min_ = 15;   // range the editor offers
+    int editor_dwell_min_ = 15; // range the editor offers
     int editor_dwell_max_ = 30;
     bool b_patrol_page_waiting_ = false;
     bool b_patrol_controls_waiting_ = false;

@@ -373,8 +373,8 @@ void CPreviewPTZWnd::OnAutoScanToggled(const QString &camera_index_code, bool on
         emit SignalMessageTipNeeded(tr("TrackOperationInProgkdawnXPU"), 2);
         return;
     }
-    ExecutePTZControl(
-        PTZControlParam(camera_index_code, PTZ_CMD_AUTO_PAN, on ? PTZ_ACTION_START : PTZ_ACTION_STOP, b_command_extra_));
+    ExecutePTZControl(PTZControlParam(camera_index_code, PTZ_CMD_AUTO_PAN, on ? PTZ_ACTION_START : PTZ_ACTION_STOP,
+                                      b_command_extra_));
 }
 
 void CPreviewPTZWnd::StopAutoScan(const QString &owner_index_code, const QString &camera_index_code, bool b_send)

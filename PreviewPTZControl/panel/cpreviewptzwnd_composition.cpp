@@ -7,8 +7,8 @@
 #include "ui_cptzpanelright.h"
 
 #include "patrol/ccruisetablemodel.h"
-#include "preset/cpresettablemodel.h"
 #include "patrol/ccruisetableview.h"
+#include "preset/cpresettablemodel.h"
 #include "preset/cpresettableview.h"
 
 #include "quillon/cscrollarea.h"
@@ -151,19 +151,47 @@ void CPreviewPTZWnd::SwitchPTZWndBgColor(bool white)
         RenameAndPolish(ptr_ptz_panel_left_, QStringLiteral("PreviewPTZControl_ptr_ptz_panel_left_white_"));
         RenameAndPolish(ptr_ptz_panel_right_, QStringLiteral("PreviewPTZControl_ptr_ptz_panel_right_white_"));
         RenameAndPolish(ptr_scroll_content, QStringLiteral("ptr_scroll_content_white_"));
-        const QList<QWidget *> themed{
-            ui_right_->m_pFrameAppendFun, ui_right_->pCancelBtn, ui_right_->label_2, ui_right_->label_3,
-            ui_right_->label_4, ui_right_->label_5, ui_right_->label_6, ui_right_->label_7,
-            ui_right_->btn_device_preset, ui_right_->btn_virtual_preset, ui_right_->m_pTabWidget,
-            ui_right_->ptr_preset_type_frame, ui_right_->ptr_patrol_name_frame, ui_right_->ptr_config_frame,
-            ui_right_->ptr_preset_type, ui_right_->pPatrolNameLabel, ui_right_->m_pTreeViewPatrolEdit,
-            ui_right_->m_pTreeViewPreset, ui_right_->m_pTreeViewPatrol, ui_right_->m_pTreeViewPatten,
-            ui_left_->ptr_label_slow_, ui_left_->ptr_label_fast_, ui_left_->pZoom, ui_left_->pFocusWnd,
-            ui_left_->pIRISWnd, ui_left_->pZoomOutBtn, ui_left_->pZoomInBtn, ui_left_->pFocusOutBtn,
-            ui_left_->pFocusInBtn, ui_left_->pIRISOutBtn, ui_left_->pIRISInBtn, ui_right_->m_pBtnKeyFocus,
-            ui_right_->m_pBtn3D, ui_right_->m_pBtnResetPos, ui_right_->ptr_manual_track_btn_,
-            ui_right_->ptr_face_capture_btn_, ui_right_->pAddBtn, ui_right_->pDeleteBtn, ui_right_->pUpBtn,
-            ui_right_->pDownBtn, ui_left_->ptr_speed_slider_};
+        const QList<QWidget *> themed{ui_right_->m_pFrameAppendFun,
+                                      ui_right_->pCancelBtn,
+                                      ui_right_->label_2,
+                                      ui_right_->label_3,
+                                      ui_right_->label_4,
+                                      ui_right_->label_5,
+                                      ui_right_->label_6,
+                                      ui_right_->label_7,
+                                      ui_right_->btn_device_preset,
+                                      ui_right_->btn_virtual_preset,
+                                      ui_right_->m_pTabWidget,
+                                      ui_right_->ptr_preset_type_frame,
+                                      ui_right_->ptr_patrol_name_frame,
+                                      ui_right_->ptr_config_frame,
+                                      ui_right_->ptr_preset_type,
+                                      ui_right_->pPatrolNameLabel,
+                                      ui_right_->m_pTreeViewPatrolEdit,
+                                      ui_right_->m_pTreeViewPreset,
+                                      ui_right_->m_pTreeViewPatrol,
+                                      ui_right_->m_pTreeViewPatten,
+                                      ui_left_->ptr_label_slow_,
+                                      ui_left_->ptr_label_fast_,
+                                      ui_left_->pZoom,
+                                      ui_left_->pFocusWnd,
+                                      ui_left_->pIRISWnd,
+                                      ui_left_->pZoomOutBtn,
+                                      ui_left_->pZoomInBtn,
+                                      ui_left_->pFocusOutBtn,
+                                      ui_left_->pFocusInBtn,
+                                      ui_left_->pIRISOutBtn,
+                                      ui_left_->pIRISInBtn,
+                                      ui_right_->m_pBtnKeyFocus,
+                                      ui_right_->m_pBtn3D,
+                                      ui_right_->m_pBtnResetPos,
+                                      ui_right_->ptr_manual_track_btn_,
+                                      ui_right_->ptr_face_capture_btn_,
+                                      ui_right_->pAddBtn,
+                                      ui_right_->pDeleteBtn,
+                                      ui_right_->pUpBtn,
+                                      ui_right_->pDownBtn,
+                                      ui_left_->ptr_speed_slider_};
         for (QWidget *widget : themed) {
             if (!widget->objectName().endsWith(QLatin1String("_white_")))
                 RenameAndPolish(widget, WhiteObjectName(widget->objectName()));

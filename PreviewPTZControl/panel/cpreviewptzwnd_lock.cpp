@@ -137,7 +137,8 @@ void CPreviewPTZWnd::InterruptPatrolLocked(bool interrupted)
 {
     int index = 0;
     auto *storage = StateStorage();
-    if (!storage->IsInterruptCruise(camera_index_code_, index) && !storage->IsInterruptPattern(camera_index_code_, index))
+    if (!storage->IsInterruptCruise(camera_index_code_, index)
+        && !storage->IsInterruptPattern(camera_index_code_, index))
         return;
     CLockMgrFrame *strip = ui_left_->pLockFrame;
     strip->SetShowRemainTime(kInterruptLockSeconds);

@@ -173,10 +173,10 @@ void CPreviewPTZWnd::SwitchPatrolEditorPresetType()
 void CPreviewPTZWnd::OnCruiseCtlIconChanged(CCruiseTableEditView::IndexPlace place)
 {
     ui_right_->pDeleteBtn->setEnabled(place != CCruiseTableEditView::PlaceNone);
-    ui_right_->pUpBtn->setEnabled(place == CCruiseTableEditView::PlaceMiddle ||
-                                  place == CCruiseTableEditView::PlaceLast);
-    ui_right_->pDownBtn->setEnabled(place == CCruiseTableEditView::PlaceFirst ||
-                                    place == CCruiseTableEditView::PlaceMiddle);
+    ui_right_->pUpBtn->setEnabled(place == CCruiseTableEditView::PlaceMiddle
+                                  || place == CCruiseTableEditView::PlaceLast);
+    ui_right_->pDownBtn->setEnabled(place == CCruiseTableEditView::PlaceFirst
+                                    || place == CCruiseTableEditView::PlaceMiddle);
 }
 
 void CPreviewPTZWnd::OnPatrolSaveIconChanged(bool b_empty)
@@ -251,8 +251,8 @@ void CPreviewPTZWnd::OnFinishEditCruisePath()
     const bool device_presets = ui_right_->btn_device_preset->isChecked();
     if (ptr_cruise_model_ && ptr_cruise_model_->PlayingRow() == number - 1 && (b_software_ptz_ || device_presets)) {
         if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ThisOperationWillStocdYSojGC"),
-                                                                                    this) !=
-            vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
+                                                                                    this)
+            != vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
             return;
         if (b_software_ptz_) {
             if (ptr_software_controller_) {
@@ -273,8 +273,8 @@ void CPreviewPTZWnd::OnFinishEditCruisePath()
     auto *host = Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance();
     bool saved = false;
     std::string error;
-    const bool held_patrol = editing_cruise_type_ == CRUISE_TYPE_DEVICE ||
-                             editing_cruise_type_ == CRUISE_TYPE_SOFTWARE || editing_cruise_type_ == CRUISE_TYPE_VIRTUAL;
+    const bool held_patrol = editing_cruise_type_ == CRUISE_TYPE_DEVICE || editing_cruise_type_ == CRUISE_TYPE_SOFTWARE
+                             || editing_cruise_type_ == CRUISE_TYPE_VIRTUAL;
     if (!held_patrol) {
         ptz_plugin_protocol::AddCruiseRequest request;
         request.camera_index_code = camera_index_code_.toStdString();
@@ -302,8 +302,8 @@ void CPreviewPTZWnd::OnFinishEditCruisePath()
     if (!saved) {
         // The editor stays open with the path as entered.
         SetPatrolPageWaiting(false);
-        emit SignalMessageTipNeeded(tr("FailedToModifyCruiseskhaYaoN") + QLatin1Char(' ') + QString::fromStdString(error),
-                                    2);
+        emit SignalMessageTipNeeded(
+            tr("FailedToModifyCruiseskhaYaoN") + QLatin1Char(' ') + QString::fromStdString(error), 2);
         return;
     }
     editing_cruise_type_ = type;
@@ -341,16 +341,16 @@ bool CPreviewPTZWnd::CheckCruiseNameValid(const QString &name, const QModelIndex
     if (name.isEmpty()) {
         tip = tr("NameCanNotBeEmpty");
     } else if (forbidden.match(name).hasMatch()) {
-        tip = tr("InvalidCruisePathNamdmlYVWU") + QLatin1Char(' ') + tr("TheInputCannotContainAnyOfTheFollowingCh") +
-              QStringLiteral(" / \\ : * ? \" < > |");
+        tip = tr("InvalidCruisePathNamdmlYVWU") + QLatin1Char(' ') + tr("TheInputCannotContainAnyOfTheFollowingCh")
+              + QStringLiteral(" / \\ : * ? \" < > |");
     } else if (name.length() > kMaxCruiseNameLength) {
-        tip = tr("InvalidCruisePathNamdmlYVWU") + QLatin1Char(' ') +
-              tr("NoMoreThan%1CharactersCanBeInput").arg(kMaxCruiseNameLength);
+        tip = tr("InvalidCruisePathNamdmlYVWU") + QLatin1Char(' ')
+              + tr("NoMoreThan%1CharactersCanBeInput").arg(kMaxCruiseNameLength);
     } else if (ptr_cruise_model_) {
         // The row being renamed carries the name already, so one hit is the row itself.
-        const QModelIndexList hits = ptr_cruise_model_->match(
-            ptr_cruise_model_->index(0, CCruiseTableModel::kColumnName), Quillon::ItemTextRole, name,
-            CCruiseTableModel::kRowCount, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        const QModelIndexList hits =
+            ptr_cruise_model_->match(ptr_cruise_model_->index(0, CCruiseTableModel::kColumnName), Quillon::ItemTextRole,
+                                     name, CCruiseTableModel::kRowCount, Qt::MatchExactly | Qt::MatchCaseSensitive);
         if (hits.size() > 1)
             tip = tr("NameAlreadyExists");
     }

@@ -33,8 +33,8 @@ constexpr int kPatrolAnswerGuardMs = 35000;
 
 bool IsPatrolKind(int type)
 {
-    return type == ptz_plugin_protocol::CRUISE_TYPE_DEVICE || type == ptz_plugin_protocol::CRUISE_TYPE_SOFTWARE ||
-           type == ptz_plugin_protocol::CRUISE_TYPE_VIRTUAL;
+    return type == ptz_plugin_protocol::CRUISE_TYPE_DEVICE || type == ptz_plugin_protocol::CRUISE_TYPE_SOFTWARE
+           || type == ptz_plugin_protocol::CRUISE_TYPE_VIRTUAL;
 }
 } // namespace
 
@@ -116,8 +116,8 @@ void CPreviewPTZWnd::SetPatrolEditLabel(int patrol_no)
 {
     const QString text = tr("ThePathToThe%wFHUZzrWxBzbnqaB");
     // Without its translation the key carries no place for the number.
-    ui_right_->pPatrolNameLabel->setText(text.contains(QLatin1String("%1")) ? text.arg(patrol_no, 0, 10, QLatin1Char(' '))
-                                                                           : text);
+    ui_right_->pPatrolNameLabel->setText(
+        text.contains(QLatin1String("%1")) ? text.arg(patrol_no, 0, 10, QLatin1Char(' ')) : text);
 }
 
 void CPreviewPTZWnd::UpdatePatrolPageState(bool running, int row)
@@ -146,8 +146,8 @@ int CPreviewPTZWnd::RunningPatrolNumber() const
     if (cruise > 0)
         return cruise;
     unsigned int virtual_cruise = 0;
-    if (ptr_virtual_controller_ && ptr_virtual_controller_->GetCamera() == camera_index_code_ &&
-        ptr_virtual_controller_->GetRunningState(virtual_cruise))
+    if (ptr_virtual_controller_ && ptr_virtual_controller_->GetCamera() == camera_index_code_
+        && ptr_virtual_controller_->GetRunningState(virtual_cruise))
         return int(virtual_cruise);
     return 0;
 }
@@ -230,11 +230,11 @@ void CPreviewPTZWnd::OnGetAllPatrolsSuc(const QString &camera_index_code,
 }
 
 // These getter results change nothing in the panel.
-void CPreviewPTZWnd::OnGetAllPatrolsFailed(const QString &) {}
-void CPreviewPTZWnd::OnGetPatrolFailed(const QString &, int, const QString &) {}
-void CPreviewPTZWnd::OnSetHardwarePatrolFinish(const QString &) {}
-void CPreviewPTZWnd::OnSetSoftwarePatrolFinish(const QString &) {}
-void CPreviewPTZWnd::OnSetPatrolFailed(const QString &, const QString &) {}
+void CPreviewPTZWnd::OnGetAllPatrolsFailed(const QString &) { }
+void CPreviewPTZWnd::OnGetPatrolFailed(const QString &, int, const QString &) { }
+void CPreviewPTZWnd::OnSetHardwarePatrolFinish(const QString &) { }
+void CPreviewPTZWnd::OnSetSoftwarePatrolFinish(const QString &) { }
+void CPreviewPTZWnd::OnSetPatrolFailed(const QString &, const QString &) { }
 
 void CPreviewPTZWnd::OnCruisePlay(const QModelIndex &index, bool b_play)
 {
@@ -347,8 +347,8 @@ void CPreviewPTZWnd::OnVirtualCruiseStateChanged(const QString &camera_index_cod
         UpdatePatrolPageState(false, row);
 }
 
-void CPreviewPTZWnd::StopCruisePlaying(const QString &owner_index_code, const QString &camera_index_code,
-                                       bool b_resume, int, bool b_send)
+void CPreviewPTZWnd::StopCruisePlaying(const QString &owner_index_code, const QString &camera_index_code, bool b_resume,
+                                       int, bool b_send)
 {
     if (camera_index_code == camera_index_code_)
         UpdatePatrolPageState(false, -1);
@@ -363,7 +363,8 @@ void CPreviewPTZWnd::StopCruisePlaying(const QString &owner_index_code, const QS
         storage->SetCruising(camera_index_code, false, cruise);
     }
     if (b_send)
-        ExecutePTZControl(PTZControlParam(owner_index_code, camera_index_code, ptz_plugin_protocol::PTZ_CMD_STOP_RUNNING,
+        ExecutePTZControl(PTZControlParam(owner_index_code, camera_index_code,
+                                          ptz_plugin_protocol::PTZ_CMD_STOP_RUNNING,
                                           ptz_plugin_protocol::PTZ_ACTION_STOP, b_command_extra_));
 }
 
@@ -373,8 +374,8 @@ void CPreviewPTZWnd::OnCruiseDelete(const QModelIndex &index)
         emit SignalMessageTipNeeded(tr("PleaseSelectACruisePEPKFIMFo"), 2);
         return;
     }
-    if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ConfirmToDelete"), this) !=
-        vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
+    if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ConfirmToDelete"), this)
+        != vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
         return;
     if (!ptr_ptz_get_controller_ || camera_index_code_.isEmpty())
         return;
@@ -388,8 +389,8 @@ void CPreviewPTZWnd::OnGetPatrolTypeSucBeforeDelete(int iPatrolPath, CruiseType 
 {
     if (camera_index_code_.isEmpty() || iPatrolPath != deleting_patrol_no_)
         return;
-    if (enum_cruise_type == ptz_plugin_protocol::CRUISE_TYPE_DEVICE ||
-        enum_cruise_type == ptz_plugin_protocol::CRUISE_TYPE_VIRTUAL) {
+    if (enum_cruise_type == ptz_plugin_protocol::CRUISE_TYPE_DEVICE
+        || enum_cruise_type == ptz_plugin_protocol::CRUISE_TYPE_VIRTUAL) {
         if (ptr_virtual_controller_) {
             ptr_virtual_controller_->Cruise(ptz_plugin_protocol::PTZ_CMD_CRUISE_STOP, 0);
             ptr_virtual_controller_->SetDigitalZoomStyle(0, -1.0, -1.0, -1.0, -1.0);
@@ -411,7 +412,7 @@ void CPreviewPTZWnd::OnGetPatrolTypeSucBeforeDelete(int iPatrolPath, CruiseType 
     request.cruise_index = iPatrolPath;
     ptz_plugin_protocol::DeleteCruiseResponse response;
     if (!Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->DeleteCruise(request,
-                                                                                                      response)) {
+                                                                                                       response)) {
         SetPatrolPageWaiting(false);
         emit SignalMessageTipNeeded(QString::fromStdString(response.error_text), 0);
         return;

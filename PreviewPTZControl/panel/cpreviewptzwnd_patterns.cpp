@@ -160,8 +160,8 @@ void CPreviewPTZWnd::OnPatternDeleteControl(const QModelIndex &index)
 {
     if (PatternCommandRefused(index, true))
         return;
-    if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ConfirmToDelete", "pattern"), this) !=
-        vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
+    if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ConfirmToDelete", "pattern"), this)
+        != vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
         return;
     const int pattern = index.row() + 1;
     // Only this pattern is stopped: a stop sent for it would mark another playing one as stopped.

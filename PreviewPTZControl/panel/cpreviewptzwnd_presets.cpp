@@ -64,8 +64,8 @@ void CPreviewPTZWnd::EnsurePresetList()
 void CPreviewPTZWnd::UpdatePresetPermissions()
 {
     // Presets are configured with the camera's PTZ control right; without a camera nothing is allowed.
-    const bool allowed = !camera_index_code_.isEmpty() && wnd_type_ != PTZWndNone &&
-                         zeph_ptz_controller::CCommonFunction::IsCameraPermissionValid(
+    const bool allowed = !camera_index_code_.isEmpty() && wnd_type_ != PTZWndNone
+                         && zeph_ptz_controller::CCommonFunction::IsCameraPermissionValid(
                              owner_index_code_, camera_index_code_, ResourceData::PERMISSION_PTZ_CONTROL);
     b_preset_config_perm_ = allowed;
     b_preset_edit_perm_ = allowed;
@@ -99,9 +99,9 @@ void CPreviewPTZWnd::SetPresetType(PTZPresetType type)
     SetPatrolUiStateWithPresetType(type);
 }
 
-void CPreviewPTZWnd::ResortPresetList() {}
+void CPreviewPTZWnd::ResortPresetList() { }
 
-void CPreviewPTZWnd::SetPtzAuxiliaryLineHide() {}
+void CPreviewPTZWnd::SetPtzAuxiliaryLineHide() { }
 
 int CPreviewPTZWnd::CountPresetsOfCurrentType(const QVector<PresetInfo> &presets) const
 {
@@ -145,8 +145,8 @@ void CPreviewPTZWnd::OnGetPresetSuc(const QString &camera_index_code)
             numbers.insert(preset.preset_index);
     }
     for (int row = ptr_preset_model_->rowCount() - 1; row >= 0; --row) {
-        const QVariant number = ptr_preset_model_->index(row, CPresetTableModel::kColumnType)
-                                    .data(Quillon::ItemNumberRole);
+        const QVariant number =
+            ptr_preset_model_->index(row, CPresetTableModel::kColumnType).data(Quillon::ItemNumberRole);
         if (number.isValid() && !numbers.contains(number.toInt()))
             ptr_preset_model_->removeRow(row);
     }
@@ -221,8 +221,8 @@ void CPreviewPTZWnd::OnAddPreset()
         return;
     EnsurePresetList();
     const bool client_preset =
-        preset_type_ == ptz_plugin_protocol::PRESET_TYPE_FISHEYE ||
-        (preset_type_ == ptz_plugin_protocol::PRESET_TYPE_VIRTUAL && Config()->IsSupportVirtualPTZ());
+        preset_type_ == ptz_plugin_protocol::PRESET_TYPE_FISHEYE
+        || (preset_type_ == ptz_plugin_protocol::PRESET_TYPE_VIRTUAL && Config()->IsSupportVirtualPTZ());
 
     CAddPresetDialog dialog(this, PresetsSharingNumbers(), kMaxPresets);
     dialog.SetPresetModel(ptr_preset_model_);
@@ -245,8 +245,8 @@ void CPreviewPTZWnd::OnAddPreset()
         if (preset_type_ == ptz_plugin_protocol::PRESET_TYPE_FISHEYE && ptr_software_controller_) {
             // The software controller records its current view with the preset; the
             // getter learns of it only by reading the list again.
-            stored = ptr_software_controller_->Preset(
-                zeph_ptz_controller::CBaseSoftwarePtzControllor::kPresetSet, preset);
+            stored =
+                ptr_software_controller_->Preset(zeph_ptz_controller::CBaseSoftwarePtzControllor::kPresetSet, preset);
             reread = stored;
         } else if (ptr_ptz_get_controller_) {
             stored = ptr_ptz_get_controller_->AddOnePreset(camera_index_code_, preset, error);
@@ -309,8 +309,8 @@ void CPreviewPTZWnd::OnEditPresetBtnClicked(const QModelIndex &index)
     if (IsClientPreset(preset.preset_type)) {
         StateStorage()->SetPresetNum(camera_index_code_, preset.preset_index);
         QString error;
-        if (!ptr_ptz_get_controller_ ||
-            !ptr_ptz_get_controller_->ModifyPresetName(camera_index_code_, preset.preset_index, name, error)) {
+        if (!ptr_ptz_get_controller_
+            || !ptr_ptz_get_controller_->ModifyPresetName(camera_index_code_, preset.preset_index, name, error)) {
             if (!error.isEmpty())
                 emit SignalMessageTipNeeded(error, 2);
             return;
@@ -351,15 +351,15 @@ void CPreviewPTZWnd::OnDeletePresetBtnClicked(const QModelIndex &index)
     }
     if (lockedByCamera.value(camera_index_code_) || !ptr_preset_proxy_ || !b_preset_config_perm_)
         return;
-    if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ConfirmToDelete"), this) !=
-        vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
+    if (vs_ui_data_controller::CNomalMessageManager::Instance()->ShowMessageTip(tr("ConfirmToDelete"), this)
+        != vs_ui_data_controller::CNomalMessageManager::AnswerConfirm)
         return;
 
     const PresetInfo preset = PresetOfRow(index);
     QString error;
     if (IsClientPreset(preset.preset_type)) {
-        if (ptr_ptz_get_controller_ &&
-            ptr_ptz_get_controller_->DelPreset(camera_index_code_, preset.preset_index, error)) {
+        if (ptr_ptz_get_controller_
+            && ptr_ptz_get_controller_->DelPreset(camera_index_code_, preset.preset_index, error)) {
             const int row = ptr_preset_model_->FindPresetRow(preset.preset_index);
             if (index.model() == ptr_preset_proxy_)
                 ptr_preset_proxy_->removeRow(index.row());

@@ -46,7 +46,7 @@ void CPreviewPTZWnd::InitPtzState(int type)
     const auto camera = camera_index_code_.isEmpty()
                             ? nullptr
                             : Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetCameraByID(
-                                  camera_index_code_.toStdString());
+                                camera_index_code_.toStdString());
     if (camera && camera->GetAccessProtocol() == ResourceData::ACCESS_PROTOCOL_NO_PTZ_REFRESH)
         ptr_update_ptz_btn_->setEnabled(false);
     else
@@ -90,7 +90,7 @@ void CPreviewPTZWnd::InitFaceCapture(bool checked)
     ui_right_->ptr_face_capture_btn_->setChecked(checked);
 }
 
-void CPreviewPTZWnd::Init3DPositionBtnState(bool) {}
+void CPreviewPTZWnd::Init3DPositionBtnState(bool) { }
 
 void CPreviewPTZWnd::InitOtherPtzState(int type)
 {
@@ -134,7 +134,7 @@ void CPreviewPTZWnd::InitPtzGetterControllor()
         ptr_ptz_get_controller_->SetCamera(camera_index_code_);
 }
 
-void CPreviewPTZWnd::InitPtzSetterControllor() {}
+void CPreviewPTZWnd::InitPtzSetterControllor() { }
 
 void CPreviewPTZWnd::UpdatePTZWorkState()
 {

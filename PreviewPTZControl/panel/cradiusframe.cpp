@@ -5,7 +5,8 @@
 
 namespace PreviewPTZControl {
 
-CRadiusFrame::CRadiusFrame(QWidget *parent) : Quillon::CFrame(parent, Qt::FramelessWindowHint)
+CRadiusFrame::CRadiusFrame(QWidget *parent)
+    : Quillon::CFrame(parent, Qt::FramelessWindowHint)
 {
     setFrameShape(QFrame::NoFrame);
 }

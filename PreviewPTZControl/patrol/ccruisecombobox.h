@@ -3,8 +3,8 @@
 #include "previewptzcontrol_export.h"
 
 #include <QComboBox>
-#include <QStandardItemModel>
 #include <QPair>
+#include <QStandardItemModel>
 #include <QString>
 #include <QVector>
 

@@ -22,7 +22,8 @@ constexpr int kHeightOff = 120;
 
 CCruiseRecoverConfigDlg::CCruiseRecoverConfigDlg(
     std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> controller, QWidget *parent)
-    : QWidget(parent, Qt::Popup), controller_(controller)
+    : QWidget(parent, Qt::Popup)
+    , controller_(controller)
 {
     setObjectName(QStringLiteral("CCruiseRecoverConfigDlg"));
     setFixedWidth(260);

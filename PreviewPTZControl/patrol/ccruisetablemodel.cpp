@@ -49,10 +49,9 @@ CCruiseTableModel::~CCruiseTableModel() = default;
 void CCruiseTableModel::UpdatePatrols(const QVector<ptz_plugin_protocol::CruiseInfo> &patrols, bool can_edit)
 {
     for (int row = 0; row < kRowCount; ++row) {
-        const bool configured = std::any_of(patrols.begin(), patrols.end(),
-                                            [row](const ptz_plugin_protocol::CruiseInfo &info) {
-                                                return info.cruise_index - 1 == row;
-                                            });
+        const bool configured =
+            std::any_of(patrols.begin(), patrols.end(),
+                        [row](const ptz_plugin_protocol::CruiseInfo &info) { return info.cruise_index - 1 == row; });
         const bool running = running_row_ == row;
         if (Quillon::CStandardItem *name = GetItem(row, kColumnName)) {
             name->SetItemEnabled(configured);
@@ -87,8 +86,7 @@ void CCruiseTableModel::UpdatePatrolRow(int row, bool configured)
     action->setData(configured ? (running_row_ == row ? icons_.GetPausePixmap() : icons_.GetStartPixmap())
                                : icons_.GetEmptyPixmap(),
                     Quillon::ItemFirstRightPixmapRole);
-    action->setData(configured ? icons_.GetDeletePixmap() : icons_.GetEmptyPixmap(),
-                    Quillon::ItemThirdRightPixmapRole);
+    action->setData(configured ? icons_.GetDeletePixmap() : icons_.GetEmptyPixmap(), Quillon::ItemThirdRightPixmapRole);
 }
 
 void CCruiseTableModel::SetWhiteTheme(bool white)
@@ -106,7 +104,8 @@ void CCruiseTableModel::SetWhiteTheme(bool white)
             continue;
         const auto shown = [action](int role) { return !action->data(role).value<QPixmap>().isNull(); };
         if (shown(Quillon::ItemFirstRightPixmapRole))
-            action->setData(action->data(PatrolRunningRole).toBool() ? icons_.GetPausePixmap() : icons_.GetStartPixmap(),
+            action->setData(action->data(PatrolRunningRole).toBool() ? icons_.GetPausePixmap()
+                                                                     : icons_.GetStartPixmap(),
                             Quillon::ItemFirstRightPixmapRole);
         if (shown(Quillon::ItemSecondRightPixmapRole))
             action->setData(icons_.GetEditPixmap(), Quillon::ItemSecondRightPixmapRole);

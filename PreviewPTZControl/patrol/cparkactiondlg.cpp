@@ -25,7 +25,8 @@ void Rename(QWidget *widget, const QString &name)
 } // namespace
 
 CParkActionDlg::CParkActionDlg(QWidget *parent)
-    : QWidget(parent, Qt::Popup), ui_(std::make_unique<Ui::CParkActionDlg>())
+    : QWidget(parent, Qt::Popup)
+    , ui_(std::make_unique<Ui::CParkActionDlg>())
 {
     ui_->setupUi(this);
     ui_->ptr_park_action_title_->setText(tr("YuntaiWatchman"));
@@ -90,8 +91,8 @@ void CParkActionDlg::SetPatrols(const std::vector<ptz_plugin_protocol::CruiseInf
     QComboBox *combo = ui_->ptr_patrol_combo_;
     combo->clear();
     for (const auto &patrol : patrols) {
-        if (patrol.points.empty() || patrol.cruise_type == ptz_plugin_protocol::CRUISE_TYPE_SOFTWARE ||
-            patrol.cruise_type == ptz_plugin_protocol::CRUISE_TYPE_VIRTUAL)
+        if (patrol.points.empty() || patrol.cruise_type == ptz_plugin_protocol::CRUISE_TYPE_SOFTWARE
+            || patrol.cruise_type == ptz_plugin_protocol::CRUISE_TYPE_VIRTUAL)
             continue;
         combo->addItem(tr("Patrol%1").arg(patrol.cruise_index), patrol.cruise_index);
     }
@@ -180,8 +181,10 @@ void CParkActionDlg::OnPatrolChecked()
 
 QString CParkActionDlg::RangeText() const
 {
-    return tr("Range") + QStringLiteral(": %1 - %2").arg(kMinWaitSeconds, 0, 10, QLatin1Char(' ')).arg(
-                             kMaxWaitSeconds, 0, 10, QLatin1Char(' '));
+    return tr("Range")
+           + QStringLiteral(": %1 - %2")
+                 .arg(kMinWaitSeconds, 0, 10, QLatin1Char(' '))
+                 .arg(kMaxWaitSeconds, 0, 10, QLatin1Char(' '));
 }
 
 void CParkActionDlg::OnWaitTimeEdited(const QString &text)
@@ -204,13 +207,14 @@ void CParkActionDlg::UpdateConflictTip()
     }
     const bool on = ui_->ptr_switch_button_->IsToggled();
     ui_->ptr_conflict_tips_->setVisible(missing && on);
-    ui_->ptr_conflict_tips_->setToolTip(on ? tr("Corvo-ControlClient.a823d37fc23f4205bf7a7fe4a8112a6e.msg") : QString());
+    ui_->ptr_conflict_tips_->setToolTip(on ? tr("Corvo-ControlClient.a823d37fc23f4205bf7a7fe4a8112a6e.msg")
+                                           : QString());
 }
 
 bool CParkActionDlg::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == ui_->ptr_wait_time_lineedit_ &&
-        (event->type() == QEvent::Enter || event->type() == QEvent::MouseMove || event->type() == QEvent::ToolTip)) {
+    if (watched == ui_->ptr_wait_time_lineedit_
+        && (event->type() == QEvent::Enter || event->type() == QEvent::MouseMove || event->type() == QEvent::ToolTip)) {
         if (!ui_->ptr_switch_button_->IsToggled())
             return event->type() == QEvent::ToolTip; // no range tip while the park action is off
         const QPoint at = event->type() == QEvent::ToolTip ? static_cast<QHelpEvent *>(event)->globalPos()

@@ -17,8 +17,7 @@ void CPatternIcon::SetPatternIcons(bool white_theme)
     white_theme_ = white_theme;
     const QString folder = white_theme ? QStringLiteral(":/Images/PTZWhite/") : QStringLiteral(":/Images/PTZ/");
     const auto render = [this, &folder](const char *file) {
-        return Quillon::CGUIToolkit::GetPixmapFromSvg(folder + QLatin1String(file), QSize(24, 24),
-                                                      device_pixel_ratio_);
+        return Quillon::CGUIToolkit::GetPixmapFromSvg(folder + QLatin1String(file), QSize(24, 24), device_pixel_ratio_);
     };
     play_pixmap_ = render("common_start_nor.svg");
     stop_play_pixmap_ = render("common_pause_nor.svg");

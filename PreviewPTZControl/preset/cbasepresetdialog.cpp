@@ -50,8 +50,8 @@ void CBasePresetDialog::SetNumberedLabels()
 {
     ui_->ptr_first_label->setText(QStringLiteral("1.") + tr("SaveTheCurrentPrevieAQFmbSJV"));
     ui_->ptr_second_label->setText(QStringLiteral("2.") + tr("SetThePresetPointNamctfFPEZP"));
-    ui_->ptr_presetnum_label_->setText(QStringLiteral("3.") +
-                                       tr("Corvo-ControlClient.fa06703a00a54fd898a1b33528b7c4d3.msg"));
+    ui_->ptr_presetnum_label_->setText(QStringLiteral("3.")
+                                       + tr("Corvo-ControlClient.fa06703a00a54fd898a1b33528b7c4d3.msg"));
 }
 
 void CBasePresetDialog::SetPresetModel(const QAbstractItemModel *model)
@@ -90,15 +90,15 @@ QString CBasePresetDialog::CheckName(const QString &name, const QAbstractItemMod
         return tr("TheNameCannotBeEmptyuwCnESOS");
 
     if (ptz_plugin_protocol::PresetNameForbiddenExpression().match(name).hasMatch())
-        return tr("InvalidPresetPointName") + QLatin1Char(' ') +
-               tr("TheInputCannotContainAnyOfTheFollowingCharacters") + ptz_plugin_protocol::PresetNameForbiddenList();
+        return tr("InvalidPresetPointName") + QLatin1Char(' ') + tr("TheInputCannotContainAnyOfTheFollowingCharacters")
+               + ptz_plugin_protocol::PresetNameForbiddenList();
 
     if (ptz_plugin_protocol::PresetNameHasInvisibleCharacters(name))
         return tr("InvalidPresetPointName") + QLatin1Char(' ') + tr("PresetNameInvisibleCharacters");
 
     if (ptz_plugin_protocol::PresetNameLength(name) > kMaxSavedNameLength)
-        return tr("InvalidPresetPointName") + QLatin1Char(' ') +
-               tr("NoMoreThan%1CharactersCanBeInput").arg(kMaxSavedNameLength);
+        return tr("InvalidPresetPointName") + QLatin1Char(' ')
+               + tr("NoMoreThan%1CharactersCanBeInput").arg(kMaxSavedNameLength);
 
     if (model && model->columnCount() > kColumnAction) {
         for (int row = 0; row < model->rowCount(); ++row) {
@@ -109,9 +109,9 @@ QString CBasePresetDialog::CheckName(const QString &name, const QAbstractItemMod
             const QModelIndex name_index = model->index(row, kColumnName);
             if (!(model->flags(name_index) & Qt::ItemIsEnabled))
                 continue;
-            if (editing_preset_index > 0 &&
-                model->index(row, kColumnType).data(Quillon::ItemNumberRole).toInt() == editing_preset_index &&
-                (editing_preset_type == -1 || editing_preset_type == type))
+            if (editing_preset_index > 0
+                && model->index(row, kColumnType).data(Quillon::ItemNumberRole).toInt() == editing_preset_index
+                && (editing_preset_type == -1 || editing_preset_type == type))
                 continue;
             if (name_index.data(Qt::DisplayRole).toString() == name)
                 return tr("ThePresetPointNameAlakrzNA");

@@ -7,8 +7,8 @@
 
 namespace PreviewPTZControl {
 
-using Quillon::CStandardItem;
 using ptz_plugin_protocol::PresetInfo;
+using Quillon::CStandardItem;
 
 namespace {
 bool OffersEdit(const PresetInfo &preset, bool may_edit)
@@ -132,8 +132,8 @@ int CPresetTableModel::FindPresetRow(int preset_index) const
 {
     if (rowCount() == 0)
         return -1;
-    const QModelIndexList hits = match(index(0, kColumnType), Quillon::ItemNumberRole, preset_index, 1,
-                                       Qt::MatchExactly);
+    const QModelIndexList hits =
+        match(index(0, kColumnType), Quillon::ItemNumberRole, preset_index, 1, Qt::MatchExactly);
     return hits.isEmpty() ? -1 : hits.first().row();
 }
 

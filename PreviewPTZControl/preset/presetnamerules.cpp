@@ -25,16 +25,16 @@ QString Check(const QString &name, const QAbstractItemModel *proxy)
         return PanelTr("NameCanNotBeEmpty");
 
     if (ptz_plugin_protocol::PresetNameForbiddenExpression().match(name).hasMatch())
-        return PanelTr("InvalidPresetPointName") + QLatin1Char(' ') +
-               PanelTr("TheInputCannotContainAnyOfTheFollowingCharacters") +
-               ptz_plugin_protocol::PresetNameForbiddenList();
+        return PanelTr("InvalidPresetPointName") + QLatin1Char(' ')
+               + PanelTr("TheInputCannotContainAnyOfTheFollowingCharacters")
+               + ptz_plugin_protocol::PresetNameForbiddenList();
 
     if (ptz_plugin_protocol::PresetNameHasInvisibleCharacters(name))
         return PanelTr("InvalidPresetPointName") + QLatin1Char(' ') + PanelTr("PresetNameInvisibleCharacters");
 
     if (ptz_plugin_protocol::PresetNameLength(trimmed) > kMaxListPresetNameLength)
-        return PanelTr("InvalidPresetPointName") + QLatin1Char(' ') +
-               PanelTr("NoMoreThan%1CharactersCanBeInput").arg(kMaxListPresetNameLength);
+        return PanelTr("InvalidPresetPointName") + QLatin1Char(' ')
+               + PanelTr("NoMoreThan%1CharactersCanBeInput").arg(kMaxListPresetNameLength);
 
     // The renamed row already carries the name, so one hit is the row itself.
     if (proxy->rowCount() > 0 && proxy->columnCount() > kColumnName) {

@@ -40,7 +40,8 @@ int main(int argc, char *argv[])
         return 2;
     }
     if (!ptz_devices::CSimulatedCamera::isKnownModel(parser.value(modelOpt))) {
-        err << "Unknown model; use one of " << ptz_devices::CSimulatedCamera::models().join(QStringLiteral(", ")) << ".\n";
+        err << "Unknown model; use one of " << ptz_devices::CSimulatedCamera::models().join(QStringLiteral(", "))
+            << ".\n";
         return 2;
     }
     ptz_onvif_camera::CLoopbackOnvifCamera::Options options;

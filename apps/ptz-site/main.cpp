@@ -102,7 +102,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption cascadeOpt(QStringLiteral("cascade"), QStringLiteral("The camera is cascaded."));
     const QCommandLineOption fishEyeOpt(QStringLiteral("fisheye"), QStringLiteral("The camera is a fish-eye."));
     const QCommandLineOption keyOpt(QStringLiteral("key"), QStringLiteral("Switch name."), QStringLiteral("KEY"));
-    const QCommandLineOption valueOpt(QStringLiteral("value"), QStringLiteral("Switch value."), QStringLiteral("VALUE"));
+    const QCommandLineOption valueOpt(QStringLiteral("value"), QStringLiteral("Switch value."),
+                                      QStringLiteral("VALUE"));
     const QCommandLineOption userOpt(QStringLiteral("user"), QStringLiteral("User name on the camera."),
                                      QStringLiteral("USER"));
     const QCommandLineOption passwordOpt(QStringLiteral("password"), QStringLiteral("Password on the camera."),
@@ -165,13 +166,14 @@ int main(int argc, char *argv[])
         camera.cascade = parser.isSet(cascadeOpt);
         camera.fishEye = parser.isSet(fishEyeOpt);
         if (!ptz_devices::CDriverFactory::kinds().contains(camera.driverKind)) {
-            err() << "Unknown driver kind '" << camera.driverKind << "'; known: "
-                  << ptz_devices::CDriverFactory::kinds().join(QStringLiteral(", ")) << ".\n";
+            err() << "Unknown driver kind '" << camera.driverKind
+                  << "'; known: " << ptz_devices::CDriverFactory::kinds().join(QStringLiteral(", ")) << ".\n";
             return 2;
         }
         if (!ptz_devices::CDriverFactory::models(camera.driverKind).contains(camera.model)) {
-            err() << "Unknown model '" << camera.model << "'; known: "
-                  << ptz_devices::CDriverFactory::models(camera.driverKind).join(QStringLiteral(", ")) << ".\n";
+            err() << "Unknown model '" << camera.model
+                  << "'; known: " << ptz_devices::CDriverFactory::models(camera.driverKind).join(QStringLiteral(", "))
+                  << ".\n";
             return 2;
         }
         if (!parseCodes(parser.value(abilitiesOpt), &camera.abilities)) {
@@ -208,8 +210,8 @@ int main(int argc, char *argv[])
         return 0;
     }
     if (command == QLatin1String("set-switch")) {
-        if (!parser.isSet(keyOpt) || !parser.isSet(valueOpt) ||
-            !store->setSetting(parser.value(keyOpt), parser.value(valueOpt))) {
+        if (!parser.isSet(keyOpt) || !parser.isSet(valueOpt)
+            || !store->setSetting(parser.value(keyOpt), parser.value(valueOpt))) {
             err() << (parser.isSet(keyOpt) ? store->lastError() : QStringLiteral("set-switch needs --key and --value."))
                   << '\n';
             return 1;

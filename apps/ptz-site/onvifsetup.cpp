@@ -73,10 +73,9 @@ QStringList Discover(int timeoutMs, QString *error)
 {
     ptz_devices::COnvifDiscovery discovery;
     QStringList found;
-    QObject::connect(&discovery, &ptz_devices::COnvifDiscovery::found, &discovery,
-                     [&found](const QString &addresses, const QString &scopes) {
-                         found << addresses + QLatin1Char('\t') + scopes;
-                     });
+    QObject::connect(
+        &discovery, &ptz_devices::COnvifDiscovery::found, &discovery,
+        [&found](const QString &addresses, const QString &scopes) { found << addresses + QLatin1Char('\t') + scopes; });
     if (!discovery.probe(ptz_devices::COnvifDiscovery::kGroup, ptz_devices::COnvifDiscovery::kPort, error))
         return {};
     QEventLoop loop;

@@ -21,7 +21,7 @@ constexpr double kPanoramaTiltTop = 45.0;
 constexpr double kFieldOfView = 60.0; // across a sub-view at zoom 1
 constexpr double kRimTilt = 20.0;     // a 220 degree lens: the rim sees a little above the horizon
 constexpr double kLensSpan = 90.0 + kRimTilt;
-constexpr int kMaxDewarpWidth = 320;  // sub-views are computed small and scaled up
+constexpr int kMaxDewarpWidth = 320; // sub-views are computed small and scaled up
 const QRgb kOutside = qRgb(10, 10, 12);
 
 QImage BuildFishEye()
@@ -97,7 +97,9 @@ QImage CFishEyeView::Dewarp(double pan, double tilt, double zoom, const QSize &s
 }
 
 CFishEyeView::CFishEyeView(CLiveView *view, PreviewPTZControl::CPreviewPTZWnd *panel)
-    : QWidget(view), m_panel(panel), m_subViews(kSubViewCount)
+    : QWidget(view)
+    , m_panel(panel)
+    , m_subViews(kSubViewCount)
 {
     setObjectName(QStringLiteral("ptr_fisheye_view_"));
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -223,11 +225,9 @@ void CFishEyeView::paintEvent(QPaintEvent *)
         const SubView &sub = m_subViews.at(i);
         painter.setPen(Qt::white);
         painter.drawText(area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignTop, QString::number(i + 1));
-        painter.drawText(area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap,
-                         tr("P %1° T %2° Z %3x")
-                             .arg(sub.pan, 0, 'f', 1)
-                             .arg(sub.tilt, 0, 'f', 1)
-                             .arg(sub.zoom, 0, 'f', 1));
+        painter.drawText(
+            area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap,
+            tr("P %1° T %2° Z %3x").arg(sub.pan, 0, 'f', 1).arg(sub.tilt, 0, 'f', 1).arg(sub.zoom, 0, 'f', 1));
     }
     painter.setPen(Qt::white);
     painter.drawText(rect().adjusted(8, 6, -8, -6), Qt::AlignLeft | Qt::AlignTop, tr("Fish-eye view"));

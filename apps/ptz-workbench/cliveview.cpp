@@ -20,7 +20,7 @@
 
 namespace {
 constexpr int kPixelsPerDegree = 8;
-constexpr double kTiltTop = 45.0;     // degrees shown at the top of the panorama (above the tilt limit: the view's height)
+constexpr double kTiltTop = 45.0; // degrees shown at the top of the panorama (above the tilt limit: the view's height)
 constexpr double kTiltBottom = -90.0; // and at its bottom
 constexpr double kFieldOfView = 60.0; // horizontal, at zoom 1
 const QColor kBackground(16, 18, 22);
@@ -226,8 +226,9 @@ QImage CLiveView::ApplyLens(const QImage &picture, double focus, double iris)
     const double blur = std::abs(focus - 0.5) * 2.0; // 0 sharp .. 1 far out
     if (blur > 0.02) {
         const int factor = 1 + int(std::lround(blur * 11));
-        const QImage small = picture.scaled(std::max(1, picture.width() / factor), std::max(1, picture.height() / factor),
-                                            Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        const QImage small =
+            picture.scaled(std::max(1, picture.width() / factor), std::max(1, picture.height() / factor),
+                           Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         out = small.scaled(picture.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     if (std::abs(iris - 0.5) > 0.01) {
@@ -302,11 +303,9 @@ void CLiveView::PaintOverlay(QPainter &painter, const QRect &area)
     const QRect text = area.adjusted(8, 6, -8, -6);
     painter.drawText(text, Qt::AlignLeft | Qt::AlignTop, m_name);
     painter.drawText(text, Qt::AlignRight | Qt::AlignTop, aux.join(QLatin1String("  ")));
-    painter.drawText(text, Qt::AlignLeft | Qt::AlignBottom,
-                     tr("P %1°  T %2°  Z %3x")
-                         .arg(status.pan, 0, 'f', 1)
-                         .arg(status.tilt, 0, 'f', 1)
-                         .arg(status.zoom, 0, 'f', 1));
+    painter.drawText(
+        text, Qt::AlignLeft | Qt::AlignBottom,
+        tr("P %1°  T %2°  Z %3x").arg(status.pan, 0, 'f', 1).arg(status.tilt, 0, 'f', 1).arg(status.zoom, 0, 'f', 1));
     painter.setPen(QColor(255, 210, 80));
     painter.drawText(text, Qt::AlignRight | Qt::AlignBottom, running.join(QLatin1String("  ")));
 }

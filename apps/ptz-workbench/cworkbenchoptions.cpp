@@ -7,13 +7,14 @@ bool CWorkbenchOptions::Parse(const QStringList &arguments, QString *error)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("PTZ control workbench on a site of simulated cameras."));
     const QCommandLineOption helpOpt({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help."));
-    const QCommandLineOption siteOpt(QStringLiteral("site"), QStringLiteral("Site store file."), QStringLiteral("FILE"));
+    const QCommandLineOption siteOpt(QStringLiteral("site"), QStringLiteral("Site store file."),
+                                     QStringLiteral("FILE"));
     const QCommandLineOption userOpt(QStringLiteral("user"), QStringLiteral("Operator to sign in as."),
                                      QStringLiteral("NAME"));
     const QCommandLineOption screensOpt(QStringLiteral("screens"), QStringLiteral("Screens in the grid: 1, 4 or 9."),
                                         QStringLiteral("N"), QStringLiteral("4"));
-    const QCommandLineOption themeOpt(QStringLiteral("theme"), QStringLiteral("dark or white."), QStringLiteral("THEME"),
-                                      QStringLiteral("dark"));
+    const QCommandLineOption themeOpt(QStringLiteral("theme"), QStringLiteral("dark or white."),
+                                      QStringLiteral("THEME"), QStringLiteral("dark"));
     const QCommandLineOption layoutOpt(QStringLiteral("layout"), QStringLiteral("Panel layout: side or stacked."),
                                        QStringLiteral("LAYOUT"), QStringLiteral("side"));
     const QCommandLineOption scriptOpt(QStringLiteral("script"),

@@ -15,7 +15,7 @@ public:
     bool stacked = false;
     QString script;
     QString screenshot;
-    bool onvifDemo = false;   // add the demo ONVIF camera to the site if missing
+    bool onvifDemo = false; // add the demo ONVIF camera to the site if missing
     bool help = false;
     QString helpText;
 

@@ -21,9 +21,9 @@ struct Direction
 };
 
 const Direction kDirections[] = {
-    {"up", Qt::Key_Up, false},     {"down", Qt::Key_Down, false},    {"left", Qt::Key_Left, false},
-    {"right", Qt::Key_Right, false}, {"upleft", Qt::Key_7, true},     {"upright", Qt::Key_9, true},
-    {"downleft", Qt::Key_1, true}, {"downright", Qt::Key_3, true},   {"zoomin", Qt::Key_Plus, false},
+    {"up", Qt::Key_Up, false},         {"down", Qt::Key_Down, false},  {"left", Qt::Key_Left, false},
+    {"right", Qt::Key_Right, false},   {"upleft", Qt::Key_7, true},    {"upright", Qt::Key_9, true},
+    {"downleft", Qt::Key_1, true},     {"downright", Qt::Key_3, true}, {"zoomin", Qt::Key_Plus, false},
     {"zoomout", Qt::Key_Minus, false},
 };
 
@@ -145,7 +145,8 @@ bool CWorkbenchScript::Parse(const QString &text, QString *error)
         }
         if (!expected.isEmpty()) {
             if (error)
-                *error = QStringLiteral("line %1: expected %2, got '%3'").arg(i + 1).arg(expected, Excerpt(lines.at(i)));
+                *error =
+                    QStringLiteral("line %1: expected %2, got '%3'").arg(i + 1).arg(expected, Excerpt(lines.at(i)));
             m_actions.clear();
             return false;
         }
@@ -166,13 +167,17 @@ bool CWorkbenchScript::Run(CWorkbenchWindow *window, QString *error, const std::
         if (v == QLatin1String("bind")) {
             const int screen = a.args.at(0).toInt() - 1;
             if (screen >= window->ScreenCount())
-                return fail(a, QStringLiteral("screen %1 is not shown (%2 screens)").arg(screen + 1).arg(window->ScreenCount()));
+                return fail(
+                    a,
+                    QStringLiteral("screen %1 is not shown (%2 screens)").arg(screen + 1).arg(window->ScreenCount()));
             if (!window->BindCamera(screen, a.args.at(1)))
                 return fail(a, QStringLiteral("unknown camera '%1'").arg(Excerpt(a.args.at(1))));
         } else if (v == QLatin1String("select")) {
             const int screen = a.args.at(0).toInt() - 1;
             if (screen >= window->ScreenCount())
-                return fail(a, QStringLiteral("screen %1 is not shown (%2 screens)").arg(screen + 1).arg(window->ScreenCount()));
+                return fail(
+                    a,
+                    QStringLiteral("screen %1 is not shown (%2 screens)").arg(screen + 1).arg(window->ScreenCount()));
             window->SelectScreen(screen);
         } else if (v == QLatin1String("screens")) {
             window->SetScreenCount(a.args.at(0).toInt());

@@ -17,26 +17,26 @@
 #include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 
-#include "vs_ui_data_controller/cinformationmgr.h"
 #include "ptz_devices/ptzdevicetypes.h"
 #include "ptz_plugin_protocol/ptz_plugin_protocol.h"
 #include "ptz_plugin_protocol/ptzlimits.h"
+#include "vs_ui_data_controller/cinformationmgr.h"
 
 #include "tarn/base/logging.h"
 
 #include <QActionGroup>
+#include <QApplication>
 #include <QFile>
+#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QSlider>
-#include <QApplication>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QSlider>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -136,7 +136,8 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
     qApp->installEventFilter(this);
     SetScreenCount(4);
     // The demo cameras people try first, the full speed dome in the selected screen.
-    QStringList ids{QString::fromLatin1(site_store::demo::kSpeedDome), QString::fromLatin1(site_store::demo::kPtzNoPattern),
+    QStringList ids{QString::fromLatin1(site_store::demo::kSpeedDome),
+                    QString::fromLatin1(site_store::demo::kPtzNoPattern),
                     QString::fromLatin1(site_store::demo::kBoxZoom), QString::fromLatin1(site_store::demo::kFishEye)};
     const QStringList known = Cameras()->GetCameraIDs();
     for (const QString &id : known)
@@ -149,10 +150,10 @@ CWorkbenchWindow::CWorkbenchWindow(QWidget *parent)
     SelectScreen(0);
     SetWhiteTheme(false);
     // A permanent widget: menu hints and notes use the temporary message and leave it alone.
-    auto *operatorLine = new QLabel(
-        tr("Operator: %1. Double-click a camera or drag it onto a screen.")
-            .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()),
-        this);
+    auto *operatorLine =
+        new QLabel(tr("Operator: %1. Double-click a camera or drag it onto a screen.")
+                       .arg(Tarn::Base::CSingleton<ZephPluginManager::CCurrentUser>::Instance()->GetUserName()),
+                   this);
     operatorLine->setObjectName(QStringLiteral("ptr_operator_line_"));
     statusBar()->addPermanentWidget(operatorLine);
 }
@@ -264,8 +265,7 @@ void CWorkbenchWindow::SetScreenCount(int count)
             const QString what = function == 4 ? tr("Tracking the target at %1%, %2% of the picture.")
                                                : tr("Face captured at %1%, %2% of the picture.");
             Tarn::Base::CSingleton<vs_ui_data_controller::CInformationMgr>::Instance()
-                ->ShowInformationAtScreenRightBottom_V3(
-                    what.arg(qRound(at.x() * 100)).arg(qRound(at.y() * 100)), this);
+                ->ShowInformationAtScreenRightBottom_V3(what.arg(qRound(at.x() * 100)).arg(qRound(at.y() * 100)), this);
             m_views.at(int(s))->SetPictureAction(0);
             m_panelList.at(int(s))->OnWndPtzActionStateChanged(function, false);
         });
@@ -527,8 +527,7 @@ bool CWorkbenchWindow::PanelOffers(int screen, int command) const
     static const QHash<int, int> kSections{{21, 2}, {22, 8}, {23, 4}, {24, 6}, {25, 1}, {26, 3}, {27, 7}, {28, 9}};
     const auto *pad = panel->findChild<PreviewPTZControl::CPTZCloud *>();
     constexpr int kDisabled = 4;
-    return pad && pad->isEnabled() && kSections.contains(command)
-           && pad->sectionStatus(kSections.value(command)) >= 0
+    return pad && pad->isEnabled() && kSections.contains(command) && pad->sectionStatus(kSections.value(command)) >= 0
            && pad->sectionStatus(kSections.value(command)) != kDisabled;
 }
 

@@ -2,8 +2,8 @@
 
 #include <QHash>
 #include <QMainWindow>
-#include <QStatusBar>
 #include <QPointer>
+#include <QStatusBar>
 #include <QTranslator>
 #include <QVector>
 
@@ -20,7 +20,7 @@ class CPreviewPTZWnd;
 namespace zeph_ptz_controller {
 class CBaseSoftwarePtzControllor;
 class CUniversalPTZController;
-}
+} // namespace zeph_ptz_controller
 
 // The host: camera list, a grid of live views with one PTZ panel per screen,
 // the selected screen's panel beside the grid, message tips as toasts.

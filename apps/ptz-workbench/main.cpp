@@ -94,8 +94,9 @@ int main(int argc, char *argv[])
         window.resize(CWorkbenchWindow::DefaultSize());
         window.show();
         if (newSiteFolder && siteDir.exists())
-            window.ShowStatusNote(QObject::tr("Created the folder %1 for the site file %2.")
-                                      .arg(QDir::toNativeSeparators(siteDir.absolutePath()), QFileInfo(sitePath).fileName()));
+            window.ShowStatusNote(
+                QObject::tr("Created the folder %1 for the site file %2.")
+                    .arg(QDir::toNativeSeparators(siteDir.absolutePath()), QFileInfo(sitePath).fileName()));
         for (const QString &message : session.messages + loopbackProblems)
             window.ShowTip(message, 2);
         // The store stops saving when its file goes away; the operator must know before relying on it.

@@ -49,8 +49,8 @@ int main(int argc, char **argv)
     const int rounds = 500;
     for (qreal dpr : {1.0, 2.0}) {
         const double us = MedianPaintMicros(pad, dpr, rounds);
-        std::printf("direction_pad paint dpr=%.0f: median %.1f us over %d repaints (target <= 500 us)\n",
-                    dpr, us, rounds);
+        std::printf("direction_pad paint dpr=%.0f: median %.1f us over %d repaints (target <= 500 us)\n", dpr, us,
+                    rounds);
     }
     // The whole widget as Qt repaints it: the pad plus the transparent view over it.
     pad.show();

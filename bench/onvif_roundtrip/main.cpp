@@ -13,8 +13,8 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <functional>
 #include <cstdio>
+#include <functional>
 #include <vector>
 
 using namespace ptz_devices;
@@ -107,7 +107,8 @@ int main(int argc, char *argv[])
         std::printf("only %d of 1000 status requests were answered\n", answers);
         return 1;
     }
-    std::printf("%-34s %7.0f requests/s\n", "status requests on one camera", 1000 / ((clock.nsecsElapsed() - burstStart) / 1e9));
+    std::printf("%-34s %7.0f requests/s\n", "status requests on one camera",
+                1000 / ((clock.nsecsElapsed() - burstStart) / 1e9));
 
     camera.setLatency(50);
     camera.clearReceivedOperations();

@@ -3,8 +3,8 @@
 // Runs offscreen unless a platform is given.
 
 #include "direction/cptzcloud.h"
-#include "zeph_plugin_manager/cdrivertestaccess.h"
 #include "panel/cpreviewptzwnd.h"
+#include "zeph_plugin_manager/cdrivertestaccess.h"
 
 #include "ptz_devices/csimclock.h"
 #include "ptz_devices/csimulatedcamera.h"

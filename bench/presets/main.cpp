@@ -89,7 +89,7 @@ int main(int argc, char **argv)
     Tab tab;
     tab.model.UpdatePresetList(presets, true);
     QCoreApplication::processEvents();
-    const QStringList keystrokes{QStringLiteral("g"), QStringLiteral("ga"), QStringLiteral("gat"),
+    const QStringList keystrokes{QStringLiteral("g"),      QStringLiteral("ga"),   QStringLiteral("gat"),
                                  QStringLiteral("gate 3"), QStringLiteral("gate"), QString()};
     std::vector<double> keystroke;
     for (int run = 0; run < kRuns; ++run) {

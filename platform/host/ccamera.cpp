@@ -64,14 +64,16 @@ void CCamera::NoteReply(const ptz_devices::DriverReply &reply)
         return a.number < b.number;
     };
     auto removePreset = [this](int number) {
-        m_devicePresets.erase(std::remove_if(m_devicePresets.begin(), m_devicePresets.end(),
-                                             [number](const ptz_devices::DevicePreset &p) { return p.number == number; }),
-                              m_devicePresets.end());
+        m_devicePresets.erase(
+            std::remove_if(m_devicePresets.begin(), m_devicePresets.end(),
+                           [number](const ptz_devices::DevicePreset &p) { return p.number == number; }),
+            m_devicePresets.end());
     };
     auto removePatrol = [this](int number) {
-        m_devicePatrols.erase(std::remove_if(m_devicePatrols.begin(), m_devicePatrols.end(),
-                                             [number](const ptz_devices::DevicePatrol &p) { return p.number == number; }),
-                              m_devicePatrols.end());
+        m_devicePatrols.erase(
+            std::remove_if(m_devicePatrols.begin(), m_devicePatrols.end(),
+                           [number](const ptz_devices::DevicePatrol &p) { return p.number == number; }),
+            m_devicePatrols.end());
     };
 
     switch (reply.operation) {

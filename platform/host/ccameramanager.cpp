@@ -42,8 +42,8 @@ CCamera::Data dataFromRecord(const site_store::CameraRecord &r)
 bool sameData(const CCamera::Data &a, const CCamera::Data &b)
 {
     return a.id == b.id && a.name == b.name && a.driverKind == b.driverKind && a.driverAddress == b.driverAddress
-        && a.model == b.model && a.abilities == b.abilities && a.cascade == b.cascade && a.fishEye == b.fishEye
-        && a.accessProtocol == b.accessProtocol;
+           && a.model == b.model && a.abilities == b.abilities && a.cascade == b.cascade && a.fishEye == b.fishEye
+           && a.accessProtocol == b.accessProtocol;
 }
 
 bool sameDriver(const CCamera::Data &a, const CCamera::Data &b)

@@ -132,8 +132,8 @@ QDateTime CPTZBusinessInterfaceMgr::Now() const
 }
 
 // Checks shared by the calls below; each returns false after Fail().
-#define REQUIRE_CAMERA(id, errorText)                                                              \
-    if (!CSiteStore::Current()->camera(id))                                                        \
+#define REQUIRE_CAMERA(id, errorText)                                                                                  \
+    if (!CSiteStore::Current()->camera(id))                                                                            \
         return Fail(tr("Unknown camera \"%1\".").arg(id), errorText);
 
 // ---------------------------------------------------------------- users and locks
@@ -151,8 +151,7 @@ bool CPTZBusinessInterfaceMgr::GetUserPTZPermission(const pp::GetUserPtzPermRequ
     return true;
 }
 
-bool CPTZBusinessInterfaceMgr::IsCameraPermissionValid(const std::string &user, const std::string &cameraId,
-                                                       int item)
+bool CPTZBusinessInterfaceMgr::IsCameraPermissionValid(const std::string &user, const std::string &cameraId, int item)
 {
     CSiteStore *store = CSiteStore::Current();
     const QString name = user.empty() ? store->currentUserName() : q(user);
@@ -396,9 +395,11 @@ bool CPTZBusinessInterfaceMgr::AddPreset(const pp::AddPresetRequest &request, pp
             }
         }
         if (number == 0)
-            return Fail(tr("All %1 presets of camera \"%2\" are in use.").arg(kMaxPreset).arg(camera), &response.error_text);
+            return Fail(tr("All %1 presets of camera \"%2\" are in use.").arg(kMaxPreset).arg(camera),
+                        &response.error_text);
     } else if (number < kMinPreset || number > kMaxPreset) {
-        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(number).arg(kMinPreset).arg(kMaxPreset), &response.error_text);
+        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(number).arg(kMinPreset).arg(kMaxPreset),
+                    &response.error_text);
     } else if (store->virtualPreset(camera, number)) {
         return Fail(tr("Preset %1 already exists.").arg(number), &response.error_text);
     }
@@ -435,15 +436,16 @@ bool CPTZBusinessInterfaceMgr::CheckPresetName(const QString &camera, int number
     return true;
 }
 
-bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &request,
-                                            pp::UpdatePresetResponse &response)
+bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &request, pp::UpdatePresetResponse &response)
 {
     const QString camera = q(request.camera_index_code);
     response.error_text.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
     const pp::PresetInfo &preset = request.preset;
     if (preset.preset_index < kMinPreset || preset.preset_index > kMaxPreset)
-        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(preset.preset_index).arg(kMinPreset).arg(kMaxPreset), &response.error_text);
+        return Fail(
+            tr("Preset number %1 is outside %2 to %3.").arg(preset.preset_index).arg(kMinPreset).arg(kMaxPreset),
+            &response.error_text);
     CSiteStore *store = CSiteStore::Current();
     auto r = store->virtualPreset(camera, preset.preset_index);
     if (!r)
@@ -464,14 +466,15 @@ bool CPTZBusinessInterfaceMgr::UpdatePreset(const pp::UpdatePresetRequest &reque
     return true;
 }
 
-bool CPTZBusinessInterfaceMgr::DeletePreset(const pp::DeletePresetRequest &request,
-                                            pp::DeletePresetResponse &response)
+bool CPTZBusinessInterfaceMgr::DeletePreset(const pp::DeletePresetRequest &request, pp::DeletePresetResponse &response)
 {
     const QString camera = q(request.camera_index_code);
     response.error_text.clear();
     REQUIRE_CAMERA(camera, &response.error_text)
     if (request.preset_index < kMinPreset || request.preset_index > kMaxPreset)
-        return Fail(tr("Preset number %1 is outside %2 to %3.").arg(request.preset_index).arg(kMinPreset).arg(kMaxPreset), &response.error_text);
+        return Fail(
+            tr("Preset number %1 is outside %2 to %3.").arg(request.preset_index).arg(kMinPreset).arg(kMaxPreset),
+            &response.error_text);
     CSiteStore *store = CSiteStore::Current();
     const auto r = store->virtualPreset(camera, request.preset_index);
     if (!r || (request.preset_type != pp::PRESET_TYPE_INVALID && request.preset_type != r->type))
@@ -559,8 +562,7 @@ bool CPTZBusinessInterfaceMgr::AddCruise(const pp::AddCruiseRequest &request, pp
     return true;
 }
 
-bool CPTZBusinessInterfaceMgr::UpdateCruise(const pp::UpdateCruiseRequest &request,
-                                            pp::UpdateCruiseResponse &response)
+bool CPTZBusinessInterfaceMgr::UpdateCruise(const pp::UpdateCruiseRequest &request, pp::UpdateCruiseResponse &response)
 {
     const QString camera = q(request.camera_index_code);
     response.error_text.clear();
@@ -620,8 +622,7 @@ std::optional<pp::CruiseInfo> CPTZBusinessInterfaceMgr::StoredCruise(const QStri
     return std::nullopt;
 }
 
-bool CPTZBusinessInterfaceMgr::DeleteCruise(const pp::DeleteCruiseRequest &request,
-                                            pp::DeleteCruiseResponse &response)
+bool CPTZBusinessInterfaceMgr::DeleteCruise(const pp::DeleteCruiseRequest &request, pp::DeleteCruiseResponse &response)
 {
     const QString camera = q(request.camera_index_code);
     response.error_text.clear();
@@ -643,9 +644,8 @@ bool CPTZBusinessInterfaceMgr::DeleteCruise(const pp::DeleteCruiseRequest &reque
     // the controller; there is nothing to forget here.
     if (const auto cam = CCameraManager::Instance()->GetCameraByID(camera)) {
         const auto known = cam->GetKnownDevicePatrols();
-        if (std::any_of(known.begin(), known.end(), [number](const ptz_devices::DevicePatrol &p) {
-                return p.number == number;
-            })) {
+        if (std::any_of(known.begin(), known.end(),
+                        [number](const ptz_devices::DevicePatrol &p) { return p.number == number; })) {
             m_lastError.clear();
             return true;
         }

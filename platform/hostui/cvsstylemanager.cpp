@@ -13,8 +13,7 @@ QColor withAlpha(QColor c, qreal alpha)
 CVSStyleManager::CVSStyleManager()
 {
     // Queued connections and signal spies need the enum by its full name.
-    qRegisterMetaType<vs_ui_data_controller::CVSStyleManager::Theme>(
-        "vs_ui_data_controller::CVSStyleManager::Theme");
+    qRegisterMetaType<vs_ui_data_controller::CVSStyleManager::Theme>("vs_ui_data_controller::CVSStyleManager::Theme");
 }
 
 CVSStyleManager::~CVSStyleManager() = default;

@@ -214,11 +214,29 @@ quint64 CSiteStore::CurrentGeneration()
     return g_generation.load();
 }
 
-QString CSiteStore::path() const { return d->path; }
-bool CSiteStore::isFallback() const { return d->fallback; }
-QString CSiteStore::openError() const { return d->openError; }
-QString CSiteStore::lastError() const { return d->lastError; }
-bool CSiteStore::isReadOnly() const { return !d->refusal.isEmpty(); }
-QString CSiteStore::writeRefusal() const { return d->refusal; }
+QString CSiteStore::path() const
+{
+    return d->path;
+}
+bool CSiteStore::isFallback() const
+{
+    return d->fallback;
+}
+QString CSiteStore::openError() const
+{
+    return d->openError;
+}
+QString CSiteStore::lastError() const
+{
+    return d->lastError;
+}
+bool CSiteStore::isReadOnly() const
+{
+    return !d->refusal.isEmpty();
+}
+QString CSiteStore::writeRefusal() const
+{
+    return d->refusal;
+}
 
 } // namespace site_store

@@ -80,13 +80,15 @@ bool checkOwnership(QSqlQuery &q, bool *isEmpty, QString *error)
     if (applicationId == kApplicationId || *isEmpty)
         return true;
     if (applicationId == 0) {
-        const QVariant version = scalar(q, QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'"
-                                                          " AND name = 'meta'"), error);
+        const QVariant version = scalar(q,
+                                        QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'"
+                                                       " AND name = 'meta'"),
+                                        error);
         if (!version.isValid())
             return false;
         if (version.toInt() == 1) {
-            const QVariant schema = scalar(q, QStringLiteral("SELECT value FROM meta WHERE key = 'schema_version'"),
-                                           error);
+            const QVariant schema =
+                scalar(q, QStringLiteral("SELECT value FROM meta WHERE key = 'schema_version'"), error);
             if (schema.isValid() && !schema.toString().isEmpty())
                 return true;
         }
@@ -119,7 +121,7 @@ bool switchToWal(QSqlQuery &q, QString *error)
     // With WAL, NORMAL keeps every committed transaction across a crash of
     // the process; only a power loss may lose the last ones.
     return runStatement(q, QStringLiteral("PRAGMA synchronous=NORMAL"), {}, error)
-        && runStatement(q, QStringLiteral("PRAGMA busy_timeout=5000"), {}, error);
+           && runStatement(q, QStringLiteral("PRAGMA busy_timeout=5000"), {}, error);
 }
 
 // Creates what is missing and stamps the file; tells whether the demo site still has to be written.
@@ -133,10 +135,10 @@ bool createSchema(QSqlDatabase &db, QSqlQuery &q, bool *isNew, QString *error)
     for (const char *statement : kSchema)
         ok = ok && runStatement(q, QString::fromLatin1(statement), {}, error);
     ok = ok && checkSchemaVersion(q, error)
-        && runStatement(q, QStringLiteral("INSERT OR IGNORE INTO meta (key, value) VALUES ('schema_version', ?)"),
-                        {QString::number(kSchemaVersion)}, error)
-        && runStatement(q, QStringLiteral("PRAGMA application_id = %1").arg(kApplicationId), {}, error)
-        && runStatement(q, QStringLiteral("PRAGMA user_version = %1").arg(kSchemaVersion), {}, error);
+         && runStatement(q, QStringLiteral("INSERT OR IGNORE INTO meta (key, value) VALUES ('schema_version', ?)"),
+                         {QString::number(kSchemaVersion)}, error)
+         && runStatement(q, QStringLiteral("PRAGMA application_id = %1").arg(kApplicationId), {}, error)
+         && runStatement(q, QStringLiteral("PRAGMA user_version = %1").arg(kSchemaVersion), {}, error);
     // The demo site is written once, in the same transaction as its mark, so
     // an interrupted seeding is simply redone.
     QVariant seeded;
@@ -282,10 +284,12 @@ QString CSiteStore::Private::fileProblem() const
     const FileIdentity now = FileIdentity::Of(path);
     if (!now.exists)
         return tr("The site store %1 was removed while the client was running. Changes are no longer saved;"
-                  " restart the client to open a site store again.").arg(file);
+                  " restart the client to open a site store again.")
+            .arg(file);
     if (!(now == identity) || !fileHeaderIsStore(path, !headerStamped))
         return tr("The site store %1 was replaced or overwritten while the client was running. Changes are no"
-                  " longer saved; restart the client to open a site store again.").arg(file);
+                  " longer saved; restart the client to open a site store again.")
+            .arg(file);
     return {};
 }
 

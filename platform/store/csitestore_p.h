@@ -40,7 +40,10 @@ bool prepareDatabase(QSqlDatabase &db, OpenMode mode, bool *isNew, QString *erro
 // True when the first bytes of the file are a SQLite header carrying our application id;
 // `allowUnstamped` also accepts an id of 0 (a header not yet written back from the journal).
 bool fileHeaderIsStore(const QString &path, bool allowUnstamped);
-inline bool validCameraId(const QString &id) { return !id.trimmed().isEmpty(); }
+inline bool validCameraId(const QString &id)
+{
+    return !id.trimmed().isEmpty();
+}
 
 struct CSiteStore::Private
 {

@@ -79,7 +79,8 @@ QList<VirtualPresetRecord> CSiteStore::virtualPresets(const QString &cameraId) c
 {
     QList<VirtualPresetRecord> out;
     auto q = d->select(QStringLiteral("SELECT camera_id, number, name, type, pan, tilt, zoom FROM virtual_presets"
-                                      " WHERE camera_id = ? ORDER BY number"), {cameraId});
+                                      " WHERE camera_id = ? ORDER BY number"),
+                       {cameraId});
     if (!q)
         return out;
     while (q->next())
@@ -90,7 +91,8 @@ QList<VirtualPresetRecord> CSiteStore::virtualPresets(const QString &cameraId) c
 std::optional<VirtualPresetRecord> CSiteStore::virtualPreset(const QString &cameraId, int number) const
 {
     auto q = d->select(QStringLiteral("SELECT camera_id, number, name, type, pan, tilt, zoom FROM virtual_presets"
-                                      " WHERE camera_id = ? AND number = ?"), {cameraId, number});
+                                      " WHERE camera_id = ? AND number = ?"),
+                       {cameraId, number});
     if (!q)
         return std::nullopt;
     if (!q->next())
@@ -105,7 +107,8 @@ bool CSiteStore::upsertVirtualPreset(const VirtualPresetRecord &p)
         return false;
     }
     if (p.number < kMinPresetIndex || p.number > kMaxPresetIndex) {
-        d->lastError = tr("Preset number %1 is outside %2 to %3.").arg(p.number).arg(kMinPresetIndex).arg(kMaxPresetIndex);
+        d->lastError =
+            tr("Preset number %1 is outside %2 to %3.").arg(p.number).arg(kMinPresetIndex).arg(kMaxPresetIndex);
         return false;
     }
     CSiteTransaction t(this, *d);
@@ -132,7 +135,8 @@ QList<PatrolRecord> CSiteStore::patrols(const QString &cameraId) const
 {
     QList<PatrolRecord> out;
     auto q = d->select(QStringLiteral("SELECT camera_id, number, type, name, points FROM patrols WHERE camera_id = ?"
-                                      " ORDER BY number"), {cameraId});
+                                      " ORDER BY number"),
+                       {cameraId});
     if (!q)
         return out;
     while (q->next())
@@ -143,7 +147,8 @@ QList<PatrolRecord> CSiteStore::patrols(const QString &cameraId) const
 std::optional<PatrolRecord> CSiteStore::patrol(const QString &cameraId, int number) const
 {
     auto q = d->select(QStringLiteral("SELECT camera_id, number, type, name, points FROM patrols"
-                                      " WHERE camera_id = ? AND number = ?"), {cameraId, number});
+                                      " WHERE camera_id = ? AND number = ?"),
+                       {cameraId, number});
     if (!q)
         return std::nullopt;
     if (!q->next())
@@ -158,7 +163,8 @@ bool CSiteStore::upsertPatrol(const PatrolRecord &p)
         return false;
     }
     if (p.number < kMinCruiseIndex || p.number > kMaxCruiseIndex) {
-        d->lastError = tr("Patrol number %1 is outside %2 to %3.").arg(p.number).arg(kMinCruiseIndex).arg(kMaxCruiseIndex);
+        d->lastError =
+            tr("Patrol number %1 is outside %2 to %3.").arg(p.number).arg(kMinCruiseIndex).arg(kMaxCruiseIndex);
         return false;
     }
     if (p.points.size() > kMaxCruisePoints) {
@@ -190,7 +196,8 @@ ParkActionRecord CSiteStore::parkAction(const QString &cameraId) const
     ParkActionRecord r;
     r.cameraId = cameraId;
     auto q = d->select(QStringLiteral("SELECT enabled, wait_seconds, action_type, target_id FROM park_actions"
-                                      " WHERE camera_id = ?"), {cameraId});
+                                      " WHERE camera_id = ?"),
+                       {cameraId});
     if (!q)
         return r;
     if (q->next()) {
@@ -264,7 +271,8 @@ std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateT
 std::optional<LockRecord> CSiteStore::readLock(const QString &cameraId) const
 {
     auto q = d->select(QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks"
-                                      " WHERE camera_id = ?"), {cameraId});
+                                      " WHERE camera_id = ?"),
+                       {cameraId});
     if (!q)
         return std::nullopt;
     if (!q->next())
@@ -304,8 +312,8 @@ bool CSiteStore::clearLock(const QString &cameraId)
 
 QByteArray CSiteStore::deviceState(const QString &cameraId, const QString &key) const
 {
-    auto q = d->select(QStringLiteral("SELECT json FROM device_state WHERE camera_id = ? AND key = ?"),
-                       {cameraId, key});
+    auto q =
+        d->select(QStringLiteral("SELECT json FROM device_state WHERE camera_id = ? AND key = ?"), {cameraId, key});
     if (!q)
         return {};
     return q->next() ? q->value(0).toString().toUtf8() : QByteArray();

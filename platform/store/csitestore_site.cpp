@@ -56,7 +56,8 @@ QList<CameraRecord> CSiteStore::cameras() const
 {
     QList<CameraRecord> out;
     auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
-                                      " fisheye, access_protocol FROM cameras ORDER BY name, id"), {});
+                                      " fisheye, access_protocol FROM cameras ORDER BY name, id"),
+                       {});
     if (!q)
         return out;
     while (q->next())
@@ -80,7 +81,8 @@ std::optional<CameraRecord> CSiteStore::camera(const QString &id) const
 std::optional<CameraRecord> CSiteStore::readCamera(const QString &id) const
 {
     auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
-                                      " fisheye, access_protocol FROM cameras WHERE id = ?"), {id});
+                                      " fisheye, access_protocol FROM cameras WHERE id = ?"),
+                       {id});
     if (!q)
         return std::nullopt;
     if (!q->next())
@@ -97,8 +99,8 @@ bool CSiteStore::upsertCamera(const CameraRecord &c)
     CSiteTransaction t(this, *d);
     if (!t.exec(QStringLiteral("INSERT OR REPLACE INTO cameras (id, name, driver_kind, driver_address, model,"
                                " abilities, cascade, fisheye, access_protocol) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                {c.id, c.name, c.driverKind, c.driverAddress, c.model, abilitiesToText(c.abilities),
-                 int(c.cascade), int(c.fishEye), c.accessProtocol}))
+                {c.id, c.name, c.driverKind, c.driverAddress, c.model, abilitiesToText(c.abilities), int(c.cascade),
+                 int(c.fishEye), c.accessProtocol}))
         return false;
     return t.commit(Table::Cameras, c.id);
 }
@@ -111,8 +113,8 @@ bool CSiteStore::removeCamera(const QString &id)
     if (t.rowsAffected() == 0)
         return t.fail(tr("The camera %1 does not exist.").arg(id));
     // The camera's own rows go with it; wildcard permissions stay.
-    static const char *const kPerCamera[] = {"permissions", "virtual_presets", "patrols", "park_actions",
-                                             "recovery", "locks", "device_state"};
+    static const char *const kPerCamera[] = {"permissions", "virtual_presets", "patrols",     "park_actions",
+                                             "recovery",    "locks",           "device_state"};
     for (const char *table : kPerCamera) {
         if (!t.exec(QStringLiteral("DELETE FROM %1 WHERE camera_id = ?").arg(QLatin1String(table)), {id}))
             return false;
@@ -184,7 +186,8 @@ QList<PermissionRecord> CSiteStore::permissions(const QString &user) const
 {
     QList<PermissionRecord> out;
     auto q = d->select(QStringLiteral("SELECT user, camera_id, item FROM permissions WHERE user = ?"
-                                      " ORDER BY camera_id, item"), {user});
+                                      " ORDER BY camera_id, item"),
+                       {user});
     if (!q)
         return out;
     while (q->next())

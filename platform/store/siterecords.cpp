@@ -5,8 +5,8 @@ namespace site_store {
 bool CameraRecord::operator==(const CameraRecord &o) const
 {
     return id == o.id && name == o.name && driverKind == o.driverKind && driverAddress == o.driverAddress
-        && model == o.model && abilities == o.abilities && cascade == o.cascade && fishEye == o.fishEye
-        && accessProtocol == o.accessProtocol;
+           && model == o.model && abilities == o.abilities && cascade == o.cascade && fishEye == o.fishEye
+           && accessProtocol == o.accessProtocol;
 }
 
 int LockRecord::remainingSeconds(const QDateTime &now) const

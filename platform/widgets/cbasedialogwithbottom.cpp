@@ -1,9 +1,9 @@
 #include "quillon/cbasedialogwithbottom.h"
 
 #include <QFrame>
-#include <QVariant>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <QVariant>
 
 namespace Quillon {
 

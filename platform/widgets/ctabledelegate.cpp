@@ -70,8 +70,8 @@ void CTableDelegate::PaintText(QPainter *painter, const QStyleOptionViewItem &op
         color = colorData.value<QColor>();
     if (!color.isValid()) {
         const QPalette::ColorGroup group = (opt.state & QStyle::State_Enabled) ? QPalette::Normal : QPalette::Disabled;
-        color = opt.palette.color(group, (opt.state & QStyle::State_Selected) ? QPalette::HighlightedText
-                                                                               : QPalette::Text);
+        color =
+            opt.palette.color(group, (opt.state & QStyle::State_Selected) ? QPalette::HighlightedText : QPalette::Text);
     }
 
     painter->save();

@@ -82,8 +82,8 @@ void CTableView::mouseReleaseEvent(QMouseEvent *event)
     QModelIndex index;
     CItemDataRole role = ItemFirstRightPixmapRole;
     const bool clicked = event->button() == Qt::LeftButton && m_pressedIndex.isValid()
-                         && PixmapAt(event->pos(), &index, &role) && index == m_pressedIndex
-                         && role == m_pressedRole && (index.flags() & Qt::ItemIsEnabled);
+                         && PixmapAt(event->pos(), &index, &role) && index == m_pressedIndex && role == m_pressedRole
+                         && (index.flags() & Qt::ItemIsEnabled);
     m_pressedIndex = QPersistentModelIndex();
     m_pressedRole = -1;
     CAbstractItemView::mouseReleaseEvent(event);

@@ -14,7 +14,7 @@ void SimCameraHarness::create(const QString &model, const QString &cameraId)
     replies.clear();
     camera = std::make_unique<ptz_devices::CSimulatedCamera>(cameraId, model, &clock, &store);
     QObject::connect(camera.get(), &ptz_devices::IPtzDriver::replied, &context,
-        [this](const ptz_devices::DriverReply &r) { replies.append(r); });
+                     [this](const ptz_devices::DriverReply &r) { replies.append(r); });
 }
 
 bool SimCameraHarness::await(quint64 id, ptz_devices::DriverReply *out)

@@ -13,8 +13,8 @@
 // A simulated camera on a manual clock with an in-memory store, collecting replies.
 struct SimCameraHarness
 {
-    explicit SimCameraHarness(
-        const QString &model = QStringLiteral("speed-dome"), const QString &cameraId = QStringLiteral("cam-1"));
+    explicit SimCameraHarness(const QString &model = QStringLiteral("speed-dome"),
+                              const QString &cameraId = QStringLiteral("cam-1"));
 
     void create(const QString &model, const QString &cameraId = QStringLiteral("cam-1"));
     // Waits (event loop, no sleeping) for the answer to `id`.

@@ -68,8 +68,8 @@ IPtzDriver *CDriverFactory::create(const DriverConfig &config, QString *error)
     return creator(config, error);
 }
 
-IPtzDriver *CDriverFactory::create(const QString &kind, const QString &model, const QString &cameraId,
-                                   CSimClock *clock, IDeviceStateStore *store, QObject *parent, QString *error)
+IPtzDriver *CDriverFactory::create(const QString &kind, const QString &model, const QString &cameraId, CSimClock *clock,
+                                   IDeviceStateStore *store, QObject *parent, QString *error)
 {
     DriverConfig config;
     config.kind = kind;

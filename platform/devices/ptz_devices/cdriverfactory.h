@@ -19,13 +19,13 @@ class CSimClock;
 // do not use (the simulated camera has no address, a network camera no clock).
 struct PTZ_DEVICES_EXPORT DriverConfig
 {
-    QString kind;        // "simulated", later a network protocol
-    QString model;       // e.g. "speed-dome"
+    QString kind;  // "simulated", later a network protocol
+    QString model; // e.g. "speed-dome"
     QString cameraId;
-    QString address;     // device address for network drivers
+    QString address; // device address for network drivers
     QString user;
     QString password;
-    CSimClock *clock = nullptr;       // simulated: shared clock; null = own real-time clock
+    CSimClock *clock = nullptr;         // simulated: shared clock; null = own real-time clock
     IDeviceStateStore *store = nullptr; // durable state; null = kept in memory only
     QObject *parent = nullptr;
 };
@@ -40,9 +40,8 @@ public:
 
     // Null (and a reason in `error`) for an unknown kind or model.
     static IPtzDriver *create(const DriverConfig &config, QString *error = nullptr);
-    static IPtzDriver *create(const QString &kind, const QString &model, const QString &cameraId,
-                              CSimClock *clock, IDeviceStateStore *store,
-                              QObject *parent = nullptr, QString *error = nullptr);
+    static IPtzDriver *create(const QString &kind, const QString &model, const QString &cameraId, CSimClock *clock,
+                              IDeviceStateStore *store, QObject *parent = nullptr, QString *error = nullptr);
 
     // Replaces an existing creator of the same kind.
     static void registerKind(const QString &kind, const QStringList &models, Creator creator);

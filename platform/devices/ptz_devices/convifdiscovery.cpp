@@ -30,8 +30,8 @@ bool COnvifDiscovery::probe(const QHostAddress &address, quint16 port, QString *
             *error = tr("cannot open a UDP port for the discovery probe");
         return false;
     }
-    KDSoapValue types = onvif::element(onvif::kDiscoveryNs, QStringLiteral("Types"),
-                                       QStringLiteral("dn:NetworkVideoTransmitter"));
+    KDSoapValue types =
+        onvif::element(onvif::kDiscoveryNs, QStringLiteral("Types"), QStringLiteral("dn:NetworkVideoTransmitter"));
     types.addNamespaceDeclaration(QXmlStreamNamespaceDeclaration(QStringLiteral("dn"), onvif::kNetworkNs));
     KDSoapMessage probe = onvif::body(onvif::kDiscoveryNs, QStringLiteral("Probe"), QList<KDSoapValue>{} << types);
     KDSoapMessageAddressingProperties addressing;

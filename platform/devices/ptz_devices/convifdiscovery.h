@@ -17,7 +17,7 @@ class PTZ_DEVICES_EXPORT COnvifDiscovery : public QObject
 {
     Q_OBJECT
 public:
-    static const QHostAddress kGroup;   // 239.255.255.250
+    static const QHostAddress kGroup; // 239.255.255.250
     static constexpr quint16 kPort = 3702;
 
     explicit COnvifDiscovery(QObject *parent = nullptr);

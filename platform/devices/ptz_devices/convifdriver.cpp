@@ -103,9 +103,9 @@ DeviceStatus COnvifDriver::status() const
     return s;
 }
 
-quint64 COnvifDriver::submit(
-    DriverOperation operation, int number, int axes, bool isStop, bool isMove,
-    std::function<void(const std::function<void(bool, const QString &, const QVariant &)> &)> send)
+quint64
+COnvifDriver::submit(DriverOperation operation, int number, int axes, bool isStop, bool isMove,
+                     std::function<void(const std::function<void(bool, const QString &, const QVariant &)> &)> send)
 {
     COnvifRequestQueue::Entry entry;
     entry.id = m_nextId++;
@@ -122,9 +122,8 @@ quint64 COnvifDriver::submit(
 
 quint64 COnvifDriver::unsupported(DriverOperation operation, int number)
 {
-    return submit(operation, number, COnvifRequestQueue::NoAxis, false, false, [](const auto &done) {
-        done(false, tr("this camera does not offer that function"), QVariant());
-    });
+    return submit(operation, number, COnvifRequestQueue::NoAxis, false, false,
+                  [](const auto &done) { done(false, tr("this camera does not offer that function"), QVariant()); });
 }
 
 void COnvifDriver::soap(int service, const KDSoapMessage &request,

@@ -5,8 +5,8 @@
 
 #include <QElapsedTimer>
 #include <QHash>
-#include <QSet>
 #include <QMap>
+#include <QSet>
 #include <QStringList>
 
 #include <functional>
@@ -42,9 +42,9 @@ public:
 
     // Tuning, mainly for tests and benchmarks.
     void setRequestTimeout(int ms);
-    void setMoveTimeout(int ms);                       // dead-man of each move; renewed at a third of it
-    void setReconnectDelays(int firstMs, int maxMs);   // doubles from first to max
-    void setStatusPollInterval(int ms);                // while somebody listens to statusChanged
+    void setMoveTimeout(int ms);                     // dead-man of each move; renewed at a third of it
+    void setReconnectDelays(int firstMs, int maxMs); // doubles from first to max
+    void setStatusPollInterval(int ms);              // while somebody listens to statusChanged
     QString lastError() const { return m_lastError; }
     // Connects now (it also does so by itself after construction).
     void reconnect();
@@ -102,13 +102,13 @@ private:
         QString videoSourceToken;
         QString panTiltSpace;
         QString zoomSpace;
-        double panTiltMax = 0.0;   // 0: no continuous pan/tilt
-        double zoomMax = 0.0;      // 0: no continuous zoom
+        double panTiltMax = 0.0; // 0: no continuous pan/tilt
+        double zoomMax = 0.0;    // 0: no continuous zoom
         int maxPresets = 0;
         bool home = false;
         QStringList auxiliary;
-        int maxTimeoutMs = 0;      // 0: unknown
-        int maxTours = 0;          // preset tours the camera keeps (0: none)
+        int maxTimeoutMs = 0; // 0: unknown
+        int maxTours = 0;     // preset tours the camera keeps (0: none)
     };
     using Step = std::function<void(const KDSoapMessage &reply)>;
 
@@ -193,10 +193,10 @@ private:
 
     QTimer *m_pollTimer = nullptr;
     bool m_polling = false;
-    mutable QElapsedTimer m_statusRead;   // status() was asked for: the camera is shown
-    QSet<quint64> m_internal;             // renewals, answered to nobody
-    QHash<int, QString> m_presetTokens;   // preset number -> camera token
-    QHash<int, QString> m_tourTokens;     // patrol number -> preset tour token
+    mutable QElapsedTimer m_statusRead; // status() was asked for: the camera is shown
+    QSet<quint64> m_internal;           // renewals, answered to nobody
+    QHash<int, QString> m_presetTokens; // preset number -> camera token
+    QHash<int, QString> m_tourTokens;   // patrol number -> preset tour token
     QString m_runningTour;
 };
 

@@ -27,8 +27,9 @@ void COnvifDriver::startConnect()
     m_client->setAddress(Service::Device, m_address);
     KDSoapValueList args;
     args << ov::element(ov::kDeviceNs, QStringLiteral("IncludeCapability"), false);
-    connectStep(int(Service::Device), ov::body(ov::kDeviceNs, QStringLiteral("GetServices"), args),
-                [this](const KDSoapMessage &reply) { readServices(reply); }, true);
+    connectStep(
+        int(Service::Device), ov::body(ov::kDeviceNs, QStringLiteral("GetServices"), args),
+        [this](const KDSoapMessage &reply) { readServices(reply); }, true);
 }
 
 void COnvifDriver::connectStep(int service, const KDSoapMessage &request, const Step &next, bool optional)
@@ -111,8 +112,8 @@ void COnvifDriver::readProfiles(const KDSoapMessage &reply)
         m_profile.profileToken = ov::attributeValue(profile, QStringLiteral("token"));
         m_profile.configurationToken = ov::attributeValue(ptz, QStringLiteral("token"));
         m_profile.nodeToken = ov::text(ov::child(ptz, QStringLiteral("NodeToken")));
-        m_profile.videoSourceToken = ov::text(
-            ov::path(profile, {QStringLiteral("VideoSourceConfiguration"), QStringLiteral("SourceToken")}));
+        m_profile.videoSourceToken =
+            ov::text(ov::path(profile, {QStringLiteral("VideoSourceConfiguration"), QStringLiteral("SourceToken")}));
         break;
     }
     if (m_profile.profileToken.isEmpty()) {
@@ -154,8 +155,9 @@ void COnvifDriver::readNodes(const KDSoapMessage &reply)
 
     KDSoapValueList args;
     args << ov::element(ov::kPtzNs, QStringLiteral("ConfigurationToken"), m_profile.configurationToken);
-    connectStep(int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("GetConfigurationOptions"), args),
-                [this](const KDSoapMessage &r) { readOptions(r); }, true);
+    connectStep(
+        int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("GetConfigurationOptions"), args),
+        [this](const KDSoapMessage &r) { readOptions(r); }, true);
 }
 
 void COnvifDriver::readOptions(const KDSoapMessage &reply)

@@ -17,7 +17,7 @@ using Axis = COnvifRequestQueue::Axis;
 
 namespace {
 
-constexpr int kShownForMs = 2000;   // status() read this recently: the camera is on a screen
+constexpr int kShownForMs = 2000; // status() read this recently: the camera is on a screen
 
 KDSoapValue vector(const QString &name, const QList<QPair<const char *, double>> &coordinates, const QString &space)
 {
@@ -133,7 +133,8 @@ quint64 COnvifDriver::focus(int direction, int speed)
     if (m_connected && m_client->address(COnvifClient::Service::Imaging).isEmpty())
         return unsupported(DriverOperation::Focus, direction);
     const bool stop = direction == 0 || speed <= 0;
-    const double v = stop ? 0.0 : ov::velocityFromSpeed(direction, std::clamp(speed, 1, m_caps.maxSpeed), m_caps.maxSpeed, 1.0);
+    const double v =
+        stop ? 0.0 : ov::velocityFromSpeed(direction, std::clamp(speed, 1, m_caps.maxSpeed), m_caps.maxSpeed, 1.0);
     const auto send = [this, stop, v](const auto &done) {
         KDSoapValueList args;
         args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
@@ -173,9 +174,10 @@ void COnvifDriver::pollStatus()
     m_polling = true;
     KDSoapValueList args;
     args << ov::element(ov::kPtzNs, QStringLiteral("ProfileToken"), m_profile.profileToken);
-    soap(int(COnvifClient::Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("GetStatus"), args),
-         [this](bool, const QString &, const QVariant &) { m_polling = false; },
-         [this](const KDSoapMessage &r) { return readStatus(r); });
+    soap(
+        int(COnvifClient::Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("GetStatus"), args),
+        [this](bool, const QString &, const QVariant &) { m_polling = false; },
+        [this](const KDSoapMessage &r) { return readStatus(r); });
 }
 
 QVariant COnvifDriver::readStatus(const KDSoapMessage &reply)
@@ -187,7 +189,8 @@ QVariant COnvifDriver::readStatus(const KDSoapMessage &reply)
     DeviceStatus s = m_status;
     if (!panTilt.isNull()) {
         s.pan = ov::panFromX(ov::attributeValue(panTilt, QStringLiteral("x")).toDouble());
-        s.tilt = ov::tiltFromY(ov::attributeValue(panTilt, QStringLiteral("y")).toDouble(), m_caps.minTilt, m_caps.maxTilt);
+        s.tilt =
+            ov::tiltFromY(ov::attributeValue(panTilt, QStringLiteral("y")).toDouble(), m_caps.minTilt, m_caps.maxTilt);
     }
     if (!zoom.isNull())
         s.zoom = ov::zoomFromX(ov::attributeValue(zoom, QStringLiteral("x")).toDouble(), m_caps.maxZoom);

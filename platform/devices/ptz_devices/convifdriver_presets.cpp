@@ -67,11 +67,13 @@ QVariant COnvifDriver::readPresets(const KDSoapMessage &reply)
         const KDSoapValue panTilt = ov::child(position, QStringLiteral("PanTilt"));
         const KDSoapValue zoom = ov::child(position, QStringLiteral("Zoom"));
         preset.pan = ov::panFromX(ov::attributeValue(panTilt, QStringLiteral("x")).toDouble());
-        preset.tilt = ov::tiltFromY(ov::attributeValue(panTilt, QStringLiteral("y")).toDouble(), m_caps.minTilt, m_caps.maxTilt);
+        preset.tilt =
+            ov::tiltFromY(ov::attributeValue(panTilt, QStringLiteral("y")).toDouble(), m_caps.minTilt, m_caps.maxTilt);
         preset.zoom = ov::zoomFromX(ov::attributeValue(zoom, QStringLiteral("x")).toDouble(), m_caps.maxZoom);
         list << preset;
     }
-    std::sort(list.begin(), list.end(), [](const DevicePreset &a, const DevicePreset &b) { return a.number < b.number; });
+    std::sort(list.begin(), list.end(),
+              [](const DevicePreset &a, const DevicePreset &b) { return a.number < b.number; });
     return QVariant::fromValue(list);
 }
 
@@ -152,25 +154,25 @@ quint64 COnvifDriver::removePreset(int number)
 quint64 COnvifDriver::auxiliary(DriverOperation operation, bool on, const QString &onCommand, const QString &offCommand)
 {
     const QString command = on ? onCommand : offCommand;
-    return submit(operation, on ? 1 : 0, COnvifRequestQueue::NoAxis, false, false,
-                  [this, operation, on, command](const auto &done) {
-                      if (!m_profile.auxiliary.contains(command)) {
-                          done(false, tr("this camera does not offer that function"), QVariant());
-                          return;
-                      }
-                      KDSoapValueList args;
-                      args << ov::element(ov::kPtzNs, QStringLiteral("ProfileToken"), m_profile.profileToken)
-                           << ov::element(ov::kPtzNs, QStringLiteral("AuxiliaryData"), command);
-                      const auto switched = [this, operation, on, done](bool ok, const QString &error, const QVariant &r) {
-                          if (ok) {
-                              (operation == DriverOperation::Light ? m_status.light : m_status.wiper) = on;
-                              emit statusChanged(status());
-                          }
-                          done(ok, error, r);
-                      };
-                      soap(int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("SendAuxiliaryCommand"), args),
-                           switched);
-                  });
+    return submit(
+        operation, on ? 1 : 0, COnvifRequestQueue::NoAxis, false, false,
+        [this, operation, on, command](const auto &done) {
+            if (!m_profile.auxiliary.contains(command)) {
+                done(false, tr("this camera does not offer that function"), QVariant());
+                return;
+            }
+            KDSoapValueList args;
+            args << ov::element(ov::kPtzNs, QStringLiteral("ProfileToken"), m_profile.profileToken)
+                 << ov::element(ov::kPtzNs, QStringLiteral("AuxiliaryData"), command);
+            const auto switched = [this, operation, on, done](bool ok, const QString &error, const QVariant &r) {
+                if (ok) {
+                    (operation == DriverOperation::Light ? m_status.light : m_status.wiper) = on;
+                    emit statusChanged(status());
+                }
+                done(ok, error, r);
+            };
+            soap(int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("SendAuxiliaryCommand"), args), switched);
+        });
 }
 
 quint64 COnvifDriver::setLight(bool on)

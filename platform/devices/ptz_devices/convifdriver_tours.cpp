@@ -68,30 +68,35 @@ QVector<DevicePatrol> COnvifDriver::readTours(const KDSoapMessage &reply)
                 ov::text(ov::path(spot, {QStringLiteral("PresetDetail"), QStringLiteral("PresetToken")}));
             point.preset = m_presetTokens.key(presetToken, presetToken.toInt());
             const KDSoapValue speed = ov::path(spot, {QStringLiteral("Speed"), QStringLiteral("PanTilt")});
-            point.speed = std::max(m_caps.minSpeed, ov::speedFromVelocity(
-                ov::attributeValue(speed, QStringLiteral("x")).toDouble(), m_caps.maxSpeed, 1.0));
-            point.dwellSeconds = std::max(0, ov::durationMs(ov::text(ov::child(spot, QStringLiteral("StayTime"))))) / 1000;
+            point.speed = std::max(
+                m_caps.minSpeed,
+                ov::speedFromVelocity(ov::attributeValue(speed, QStringLiteral("x")).toDouble(), m_caps.maxSpeed, 1.0));
+            point.dwellSeconds =
+                std::max(0, ov::durationMs(ov::text(ov::child(spot, QStringLiteral("StayTime"))))) / 1000;
             patrol.points << point;
         }
         if (patrol.number != 0)
             patrols << patrol;
     }
-    std::sort(patrols.begin(), patrols.end(), [](const DevicePatrol &a, const DevicePatrol &b) { return a.number < b.number; });
+    std::sort(patrols.begin(), patrols.end(),
+              [](const DevicePatrol &a, const DevicePatrol &b) { return a.number < b.number; });
     return patrols;
 }
 
 void COnvifDriver::fetchTours(const std::function<void(bool, const QString &, const QVector<DevicePatrol> &)> &done)
 {
     auto tours = std::make_shared<QVector<DevicePatrol>>();
-    soap(int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("GetPresetTours"), profileArgs(m_profile.profileToken)),
-         [done, tours](bool ok, const QString &error, const QVariant &) { done(ok, error, *tours); },
-         [this, tours](const KDSoapMessage &r) {
-             *tours = readTours(r);
-             return QVariant();
-         });
+    soap(
+        int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("GetPresetTours"), profileArgs(m_profile.profileToken)),
+        [done, tours](bool ok, const QString &error, const QVariant &) { done(ok, error, *tours); },
+        [this, tours](const KDSoapMessage &r) {
+            *tours = readTours(r);
+            return QVariant();
+        });
 }
 
-quint64 COnvifDriver::tourRequest(DriverOperation operation, int number, const std::function<void(const Completion &)> &send)
+quint64 COnvifDriver::tourRequest(DriverOperation operation, int number,
+                                  const std::function<void(const Completion &)> &send)
 {
     return submit(operation, number, COnvifRequestQueue::NoAxis, false, false, [this, send](const Completion &done) {
         if (m_profile.maxTours == 0) {
@@ -137,10 +142,12 @@ void COnvifDriver::modifyTour(int number, const QString &token, const QVector<De
     for (const DevicePatrolPoint &point : points) {
         KDSoapValue speed = ov::element(ov::kSchemaNs, QStringLiteral("PanTilt"));
         const double v = ov::velocityFromSpeed(1, point.speed, m_caps.maxSpeed, 1.0);
-        speed.childValues().attributes() << ov::attribute(QStringLiteral("x"), v) << ov::attribute(QStringLiteral("y"), v);
+        speed.childValues().attributes() << ov::attribute(QStringLiteral("x"), v)
+                                         << ov::attribute(QStringLiteral("y"), v);
         KDSoapValueList spot;
         spot << ov::element(ov::kSchemaNs, QStringLiteral("PresetDetail"),
-                            KDSoapValueList() << ov::element(ov::kSchemaNs, QStringLiteral("PresetToken"), presetToken(point.preset)))
+                            KDSoapValueList()
+                                << ov::element(ov::kSchemaNs, QStringLiteral("PresetToken"), presetToken(point.preset)))
              << ov::element(ov::kSchemaNs, QStringLiteral("Speed"), KDSoapValueList() << speed)
              << ov::element(ov::kSchemaNs, QStringLiteral("StayTime"), ov::durationText(point.dwellSeconds * 1000));
         tour << ov::element(ov::kSchemaNs, QStringLiteral("TourSpot"), spot);
@@ -151,7 +158,8 @@ void COnvifDriver::modifyTour(int number, const QString &token, const QVector<De
     stored.number = number;
     stored.points = points;
     soap(int(Service::Ptz),
-         ov::body(ov::kPtzNs, QStringLiteral("ModifyPresetTour"), QList<KDSoapValue>(profileArgs(m_profile.profileToken)) << value),
+         ov::body(ov::kPtzNs, QStringLiteral("ModifyPresetTour"),
+                  QList<KDSoapValue>(profileArgs(m_profile.profileToken)) << value),
          [done, stored](bool ok, const QString &error, const QVariant &) {
              done(ok, error, ok ? QVariant::fromValue(stored) : QVariant());
          });
@@ -169,27 +177,30 @@ quint64 COnvifDriver::writePatrol(int number, const QVector<DevicePatrolPoint> &
                 done(true, QString(), QVariant::fromValue(cleared));
                 return;
             }
-            sendTourCommand(QStringLiteral("RemovePresetTour"), token, QString(), [this, done, cleared, number](bool ok, const QString &e, const QVariant &) {
-                if (ok)
-                    m_tourTokens.remove(number);
-                done(ok, e, ok ? QVariant::fromValue(cleared) : QVariant());
-            });
+            sendTourCommand(QStringLiteral("RemovePresetTour"), token, QString(),
+                            [this, done, cleared, number](bool ok, const QString &e, const QVariant &) {
+                                if (ok)
+                                    m_tourTokens.remove(number);
+                                done(ok, e, ok ? QVariant::fromValue(cleared) : QVariant());
+                            });
             return;
         }
         if (!token.isEmpty()) {
             modifyTour(number, token, points, done);
             return;
         }
-        soap(int(Service::Ptz), ov::body(ov::kPtzNs, QStringLiteral("CreatePresetTour"), profileArgs(m_profile.profileToken)),
-             [this, number, points, done](bool ok, const QString &error, const QVariant &created) {
-                 if (!ok) {
-                     done(false, error, QVariant());
-                     return;
-                 }
-                 m_tourTokens.insert(number, created.toString());
-                 modifyTour(number, created.toString(), points, done);
-             },
-             [](const KDSoapMessage &r) { return QVariant(ov::text(ov::child(r, QStringLiteral("PresetTourToken")))); });
+        soap(
+            int(Service::Ptz),
+            ov::body(ov::kPtzNs, QStringLiteral("CreatePresetTour"), profileArgs(m_profile.profileToken)),
+            [this, number, points, done](bool ok, const QString &error, const QVariant &created) {
+                if (!ok) {
+                    done(false, error, QVariant());
+                    return;
+                }
+                m_tourTokens.insert(number, created.toString());
+                modifyTour(number, created.toString(), points, done);
+            },
+            [](const KDSoapMessage &r) { return QVariant(ov::text(ov::child(r, QStringLiteral("PresetTourToken")))); });
     });
 }
 
@@ -211,11 +222,12 @@ quint64 COnvifDriver::removePatrol(int number)
             done(true, QString(), QVariant());
             return;
         }
-        sendTourCommand(QStringLiteral("RemovePresetTour"), token, QString(), [this, number, done](bool ok, const QString &e, const QVariant &r) {
-            if (ok)
-                m_tourTokens.remove(number);
-            done(ok, e, r);
-        });
+        sendTourCommand(QStringLiteral("RemovePresetTour"), token, QString(),
+                        [this, number, done](bool ok, const QString &e, const QVariant &r) {
+                            if (ok)
+                                m_tourTokens.remove(number);
+                            done(ok, e, r);
+                        });
     });
 }
 

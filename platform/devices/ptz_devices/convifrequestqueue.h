@@ -33,7 +33,7 @@ public:
         quint64 id = 0;
         DriverOperation operation = DriverOperation::None;
         int number = 0;
-        int axes = NoAxis;     // axes a move or stop acts on
+        int axes = NoAxis; // axes a move or stop acts on
         bool isStop = false;
         bool isMove = false;
         bool superseded = false; // answered as done in its turn, never sent

@@ -1,8 +1,8 @@
 #include "ptz_devices/csimulatedcamera.h"
 
-#include "ptz_devices/csimulatedcamera_p.h"
 #include "ptz_devices/cmemorydevicestatestore.h"
 #include "ptz_devices/csimclock.h"
+#include "ptz_devices/csimulatedcamera_p.h"
 
 #include "tarn/base/logging.h"
 
@@ -80,9 +80,9 @@ DriverCapabilities CSimulatedCamera::capabilitiesForModel(const QString &model)
 {
     DriverCapabilities caps;
     caps.model = model;
-    const QVector<int> all = {AbilityPtz,         AbilityManualTracking, AbilityFaceCapture,
-                              AbilityParkAction,  AbilityAutoTracking,   AbilityPattern,
-                              AbilityPan,         AbilityTilt,           AbilityZoom};
+    const QVector<int> all = {AbilityPtz,        AbilityManualTracking, AbilityFaceCapture,
+                              AbilityParkAction, AbilityAutoTracking,   AbilityPattern,
+                              AbilityPan,        AbilityTilt,           AbilityZoom};
     if (model == QLatin1String("ptz-no-pattern")) {
         caps.abilities = all;
         caps.abilities.removeAll(AbilityPattern);
@@ -244,8 +244,8 @@ void CSimulatedCamera::disconnectDevice()
     // The link is gone, so nobody could send the release of a held move.
     haltManualMotion();
     m_processTimer->start(0);
-    ZEPH_LOG_INFO("simulated camera %s disconnected, %d pending requests fail",
-                  qUtf8Printable(m_cameraId), int(m_queue.size()));
+    ZEPH_LOG_INFO("simulated camera %s disconnected, %d pending requests fail", qUtf8Printable(m_cameraId),
+                  int(m_queue.size()));
     emit connectionChanged(false);
     notifyStatus();
 }

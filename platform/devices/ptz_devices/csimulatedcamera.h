@@ -51,15 +51,15 @@ public:
         quint64 id = 0;
         DriverOperation operation = DriverOperation::None;
         QVariantList arguments;
-        qint64 time = 0;    // clock time when received, ms
+        qint64 time = 0; // clock time when received, ms
     };
 
     // Requests still pending when the camera is destroyed are answered with a
     // failure from the destructor, so no caller waits forever.
     // `clock` null: the camera creates its own real-time clock. `store` null:
     // durable state lives in a private in-memory store.
-    CSimulatedCamera(const QString &cameraId, const QString &model, CSimClock *clock,
-                     IDeviceStateStore *store, QObject *parent = nullptr);
+    CSimulatedCamera(const QString &cameraId, const QString &model, CSimClock *clock, IDeviceStateStore *store,
+                     QObject *parent = nullptr);
     ~CSimulatedCamera() override;
 
     static QStringList models();
@@ -148,8 +148,8 @@ private:
     struct Request;
     struct PatternEvent
     {
-        qint64 offset = 0;  // ms since recording started
-        int kind = 0;       // see csimulatedcamera.cpp
+        qint64 offset = 0; // ms since recording started
+        int kind = 0;      // see csimulatedcamera.cpp
         int a = 0;
         int b = 0;
         int c = 0;
@@ -215,7 +215,7 @@ private:
     // Request pipeline.
     std::deque<std::unique_ptr<Request>> m_queue;
     QTimer *m_processTimer = nullptr;
-    QElapsedTimer m_wall;        // latency is wall-clock time
+    QElapsedTimer m_wall; // latency is wall-clock time
     quint64 m_nextId = 1;
     int m_latency = 0;
     bool m_connected = true;
@@ -263,8 +263,8 @@ private:
     QMap<int, DevicePatrol> m_patrols;
     QMap<int, Pattern> m_patterns;
 
-    int m_patrol = 0;            // running patrol
-    int m_patrolPoint = 0;       // index of the point being approached / dwelt at
+    int m_patrol = 0;      // running patrol
+    int m_patrolPoint = 0; // index of the point being approached / dwelt at
     bool m_patrolDwelling = false;
     qint64 m_dwellEnd = 0;
 
@@ -273,12 +273,12 @@ private:
     Pattern m_recordBuffer;
 
     int m_playing = 0;
-    qint64 m_playStart = -1;     // -1 while returning to the pattern's start
-    int m_playNext = 0;          // next event index
+    qint64 m_playStart = -1; // -1 while returning to the pattern's start
+    int m_playNext = 0;      // next event index
 
     // Idle-time behaviour.
     ParkAction m_park;
-    double m_parkPan = 0.0;      // position kept for a preset park action with target 0
+    double m_parkPan = 0.0; // position kept for a preset park action with target 0
     double m_parkTilt = 0.0;
     double m_parkZoom = 1.0;
     PatrolRecovery m_recovery;
@@ -288,7 +288,7 @@ private:
     int m_interruptedPatrol = 0; // waiting to be resumed
     int m_interruptedPatrolPoint = 0;
 
-    qint64 m_simNow = 0;         // clock time processed so far
+    qint64 m_simNow = 0; // clock time processed so far
     DeviceStatus m_lastStatus;
 };
 

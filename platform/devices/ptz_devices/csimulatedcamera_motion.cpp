@@ -15,23 +15,23 @@ quint64 CSimulatedCamera::movePanTilt(int panDirection, int tiltDirection, int s
 {
     return enqueue(DriverOperation::MovePanTilt, {panDirection, tiltDirection, speed}, speed,
                    [this, panDirection, tiltDirection, speed](DriverReply &reply) {
-        if (!checkAbility(AbilityPtz, reply))
-            return;
-        if (panDirection < -1 || panDirection > 1 || tiltDirection < -1 || tiltDirection > 1) {
-            reply.ok = false;
-            reply.error = tr("Direction must be -1, 0 or 1");
-            return;
-        }
-        if ((panDirection && !checkAbility(AbilityPan, reply))
-            || (tiltDirection && !checkAbility(AbilityTilt, reply)))
-            return;
-        if ((panDirection || tiltDirection) && !checkSpeed(speed, reply))
-            return;
-        if (panDirection || tiltDirection)
-            interruptActivities(true);
-        applyPanTilt(panDirection, tiltDirection, speed);
-        recordEvent(PatternPanTilt, m_panDir, m_tiltDir, m_ptSpeed);
-    });
+                       if (!checkAbility(AbilityPtz, reply))
+                           return;
+                       if (panDirection < -1 || panDirection > 1 || tiltDirection < -1 || tiltDirection > 1) {
+                           reply.ok = false;
+                           reply.error = tr("Direction must be -1, 0 or 1");
+                           return;
+                       }
+                       if ((panDirection && !checkAbility(AbilityPan, reply))
+                           || (tiltDirection && !checkAbility(AbilityTilt, reply)))
+                           return;
+                       if ((panDirection || tiltDirection) && !checkSpeed(speed, reply))
+                           return;
+                       if (panDirection || tiltDirection)
+                           interruptActivities(true);
+                       applyPanTilt(panDirection, tiltDirection, speed);
+                       recordEvent(PatternPanTilt, m_panDir, m_tiltDir, m_ptSpeed);
+                   });
 }
 
 quint64 CSimulatedCamera::stopPanTilt()
@@ -50,23 +50,23 @@ quint64 CSimulatedCamera::stopPanTilt()
 
 quint64 CSimulatedCamera::zoom(int direction, int speed)
 {
-    const quint64 id = enqueue(DriverOperation::Zoom, {direction, speed}, direction,
-                               [this, direction, speed](DriverReply &reply) {
-        if (!checkAbility(AbilityZoom, reply))
-            return;
-        const bool stop = direction == 0 || speed == 0;
-        if (!stop && (direction < -1 || direction > 1)) {
-            reply.ok = false;
-            reply.error = tr("Direction must be -1, 0 or 1");
-            return;
-        }
-        if (!stop && !checkSpeed(speed, reply))
-            return;
-        if (!stop)
-            interruptActivities(true);
-        applyZoom(stop ? 0 : direction, stop ? 0 : speed);
-        recordEvent(PatternZoom, m_zoomDir, m_zoomSpeed, 0);
-    });
+    const quint64 id =
+        enqueue(DriverOperation::Zoom, {direction, speed}, direction, [this, direction, speed](DriverReply &reply) {
+            if (!checkAbility(AbilityZoom, reply))
+                return;
+            const bool stop = direction == 0 || speed == 0;
+            if (!stop && (direction < -1 || direction > 1)) {
+                reply.ok = false;
+                reply.error = tr("Direction must be -1, 0 or 1");
+                return;
+            }
+            if (!stop && !checkSpeed(speed, reply))
+                return;
+            if (!stop)
+                interruptActivities(true);
+            applyZoom(stop ? 0 : direction, stop ? 0 : speed);
+            recordEvent(PatternZoom, m_zoomDir, m_zoomSpeed, 0);
+        });
     m_queue.back()->isStop = direction == 0 || speed == 0;
     return id;
 }
@@ -87,19 +87,19 @@ quint64 CSimulatedCamera::enqueueLensMove(DriverOperation operation, int directi
 {
     const quint64 id = enqueue(operation, {direction, speed}, direction,
                                [this, direction, speed, axisDirection, axisSpeed](DriverReply &reply) {
-        if (!checkAbility(AbilityPtz, reply))
-            return;
-        const bool stop = direction == 0 || speed == 0;
-        if (!stop && (direction < -1 || direction > 1 || !checkSpeed(speed, reply))) {
-            if (reply.ok) {
-                reply.ok = false;
-                reply.error = tr("Direction must be -1, 0 or 1");
-            }
-            return;
-        }
-        *axisDirection = stop ? 0 : direction;
-        *axisSpeed = stop ? 0 : speed;
-    });
+                                   if (!checkAbility(AbilityPtz, reply))
+                                       return;
+                                   const bool stop = direction == 0 || speed == 0;
+                                   if (!stop && (direction < -1 || direction > 1 || !checkSpeed(speed, reply))) {
+                                       if (reply.ok) {
+                                           reply.ok = false;
+                                           reply.error = tr("Direction must be -1, 0 or 1");
+                                       }
+                                       return;
+                                   }
+                                   *axisDirection = stop ? 0 : direction;
+                                   *axisSpeed = stop ? 0 : speed;
+                               });
     m_queue.back()->isStop = direction == 0 || speed == 0;
     return id;
 }
@@ -282,7 +282,9 @@ void CSimulatedCamera::interruptActivities(bool manual)
     for (const auto &s : stopped) {
         ZEPH_LOG_INFO("camera %s: %s %d interrupted", qUtf8Printable(m_cameraId),
                       s.first == DeviceActivity::AutoScan ? "auto-scan"
-                      : s.first == DeviceActivity::Patrol ? "patrol" : "pattern", s.second);
+                      : s.first == DeviceActivity::Patrol ? "patrol"
+                                                          : "pattern",
+                      s.second);
         emit activityInterrupted(s.first, s.second);
     }
 }

@@ -46,22 +46,23 @@ quint64 CSimulatedCamera::startPatternRecord(int number)
 
 quint64 CSimulatedCamera::stopPatternRecord(int number)
 {
-    const quint64 id = enqueue(DriverOperation::StopPatternRecord, {number}, number, [this, number](DriverReply &reply) {
-        if (!checkAbility(AbilityPattern, reply) || !checkRange(number, m_caps.patternSlots, tr("Pattern"), reply))
-            return;
-        if (m_recording != number) {
-            reply.ok = false;
-            reply.error = tr("Pattern %1 is not being recorded").arg(number);
-            return;
-        }
-        Pattern pattern = m_recordBuffer;
-        pattern.duration = qMax(kMinPatternDuration, m_simNow - m_recordStart);
-        m_patterns.insert(number, pattern);
-        m_recording = 0;
-        m_recordBuffer = Pattern();
-        if (!savePatterns())
-            storeFailed(reply);
-    });
+    const quint64 id =
+        enqueue(DriverOperation::StopPatternRecord, {number}, number, [this, number](DriverReply &reply) {
+            if (!checkAbility(AbilityPattern, reply) || !checkRange(number, m_caps.patternSlots, tr("Pattern"), reply))
+                return;
+            if (m_recording != number) {
+                reply.ok = false;
+                reply.error = tr("Pattern %1 is not being recorded").arg(number);
+                return;
+            }
+            Pattern pattern = m_recordBuffer;
+            pattern.duration = qMax(kMinPatternDuration, m_simNow - m_recordStart);
+            m_patterns.insert(number, pattern);
+            m_recording = 0;
+            m_recordBuffer = Pattern();
+            if (!savePatterns())
+                storeFailed(reply);
+        });
     m_queue.back()->isStop = true;
     return id;
 }
@@ -192,42 +193,42 @@ quint64 CSimulatedCamera::getAutoTrack()
 
 quint64 CSimulatedCamera::setParkAction(const ParkAction &action)
 {
-    return enqueue(DriverOperation::SetParkAction,
-                   {action.enabled, action.waitingSeconds, int(action.type), action.target}, int(action.type),
-                   [this, action](DriverReply &reply) {
-        if (!checkAbility(AbilityParkAction, reply))
-            return;
-        if (action.waitingSeconds < 5 || action.waitingSeconds > 720) {
-            reply.ok = false;
-            reply.error = tr("Park waiting time %1 s is outside 5-720 s").arg(action.waitingSeconds);
-            return;
-        }
-        switch (action.type) {
-        case ParkActionType::None:
-            break;
-        case ParkActionType::Preset:
-            // Target 0 parks where the camera looks now.
-            if (action.target != 0 && !checkRange(action.target, m_caps.presetSlots, tr("Preset"), reply))
+    return enqueue(
+        DriverOperation::SetParkAction, {action.enabled, action.waitingSeconds, int(action.type), action.target},
+        int(action.type), [this, action](DriverReply &reply) {
+            if (!checkAbility(AbilityParkAction, reply))
                 return;
-            break;
-        case ParkActionType::Patrol:
-            if (!checkRange(action.target, m_caps.patrolSlots, tr("Patrol"), reply))
+            if (action.waitingSeconds < 5 || action.waitingSeconds > 720) {
+                reply.ok = false;
+                reply.error = tr("Park waiting time %1 s is outside 5-720 s").arg(action.waitingSeconds);
                 return;
-            break;
-        default:
-            reply.ok = false;
-            reply.error = tr("Unknown park action type %1").arg(int(action.type));
-            return;
-        }
-        m_park = action;
-        m_parkPan = m_pan;
-        m_parkTilt = m_tilt;
-        m_parkZoom = m_zoom;
-        // Idle time counts from the new setting, not from before it.
-        markControl();
-        if (!saveSettings())
-            storeFailed(reply);
-    });
+            }
+            switch (action.type) {
+            case ParkActionType::None:
+                break;
+            case ParkActionType::Preset:
+                // Target 0 parks where the camera looks now.
+                if (action.target != 0 && !checkRange(action.target, m_caps.presetSlots, tr("Preset"), reply))
+                    return;
+                break;
+            case ParkActionType::Patrol:
+                if (!checkRange(action.target, m_caps.patrolSlots, tr("Patrol"), reply))
+                    return;
+                break;
+            default:
+                reply.ok = false;
+                reply.error = tr("Unknown park action type %1").arg(int(action.type));
+                return;
+            }
+            m_park = action;
+            m_parkPan = m_pan;
+            m_parkTilt = m_tilt;
+            m_parkZoom = m_zoom;
+            // Idle time counts from the new setting, not from before it.
+            markControl();
+            if (!saveSettings())
+                storeFailed(reply);
+        });
 }
 
 quint64 CSimulatedCamera::getParkAction()
@@ -242,19 +243,20 @@ quint64 CSimulatedCamera::setPatrolRecovery(const PatrolRecovery &recovery)
 {
     return enqueue(DriverOperation::SetPatrolRecovery, {recovery.enabled, recovery.waitingSeconds},
                    recovery.enabled ? 1 : 0, [this, recovery](DriverReply &reply) {
-        if (!checkAbility(AbilityPtz, reply))
-            return;
-        if (recovery.enabled && (recovery.waitingSeconds < 1 || recovery.waitingSeconds > 720)) {
-            reply.ok = false;
-            reply.error = tr("Recovery waiting time %1 s is outside 1-720 s").arg(recovery.waitingSeconds);
-            return;
-        }
-        m_recovery = recovery;
-        if (!recovery.enabled)
-            m_recovery.waitingSeconds = 0;
-        if (!saveSettings())
-            storeFailed(reply);
-    });
+                       if (!checkAbility(AbilityPtz, reply))
+                           return;
+                       if (recovery.enabled && (recovery.waitingSeconds < 1 || recovery.waitingSeconds > 720)) {
+                           reply.ok = false;
+                           reply.error =
+                               tr("Recovery waiting time %1 s is outside 1-720 s").arg(recovery.waitingSeconds);
+                           return;
+                       }
+                       m_recovery = recovery;
+                       if (!recovery.enabled)
+                           m_recovery.waitingSeconds = 0;
+                       if (!saveSettings())
+                           storeFailed(reply);
+                   });
 }
 
 quint64 CSimulatedCamera::getPatrolRecovery()
@@ -267,9 +269,8 @@ quint64 CSimulatedCamera::getPatrolRecovery()
 
 quint64 CSimulatedCamera::requestStatus()
 {
-    return enqueue(DriverOperation::GetStatus, {}, 0, [this](DriverReply &reply) {
-        reply.result = QVariant::fromValue(status());
-    });
+    return enqueue(DriverOperation::GetStatus, {}, 0,
+                   [this](DriverReply &reply) { reply.result = QVariant::fromValue(status()); });
 }
 
 } // namespace ptz_devices

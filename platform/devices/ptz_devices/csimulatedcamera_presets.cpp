@@ -136,60 +136,69 @@ quint64 CSimulatedCamera::readPatrol(int number)
 
 quint64 CSimulatedCamera::writePatrol(int number, const QVector<DevicePatrolPoint> &points)
 {
-    return enqueue(DriverOperation::WritePatrol, {number, QVariant::fromValue(points)}, number,
-                   [this, number, points](DriverReply &reply) {
-        if (!checkAbility(AbilityPtz, reply) || !checkRange(number, m_caps.patrolSlots, tr("Patrol"), reply))
-            return;
-        if (points.size() > m_caps.pointsPerPatrol) {
-            reply.ok = false;
-            reply.error = tr("A patrol holds at most %1 points, got %2").arg(m_caps.pointsPerPatrol).arg(points.size());
-            return;
-        }
-        for (int i = 0; i < points.size(); ++i) {
-            const DevicePatrolPoint &pt = points.at(i);
-            if (pt.preset < 1 || pt.preset > m_caps.presetSlots) {
+    return enqueue(
+        DriverOperation::WritePatrol, {number, QVariant::fromValue(points)}, number,
+        [this, number, points](DriverReply &reply) {
+            if (!checkAbility(AbilityPtz, reply) || !checkRange(number, m_caps.patrolSlots, tr("Patrol"), reply))
+                return;
+            if (points.size() > m_caps.pointsPerPatrol) {
                 reply.ok = false;
-                reply.error = tr("Point %1: preset %2 is outside 1-%3").arg(i + 1).arg(pt.preset).arg(m_caps.presetSlots);
+                reply.error =
+                    tr("A patrol holds at most %1 points, got %2").arg(m_caps.pointsPerPatrol).arg(points.size());
                 return;
             }
-            if (pt.speed < m_caps.minSpeed || pt.speed > m_caps.maxSpeed) {
-                reply.ok = false;
-                reply.error = tr("Point %1: speed %2 is outside %3-%4")
-                                  .arg(i + 1).arg(pt.speed).arg(m_caps.minSpeed).arg(m_caps.maxSpeed);
-                return;
+            for (int i = 0; i < points.size(); ++i) {
+                const DevicePatrolPoint &pt = points.at(i);
+                if (pt.preset < 1 || pt.preset > m_caps.presetSlots) {
+                    reply.ok = false;
+                    reply.error =
+                        tr("Point %1: preset %2 is outside 1-%3").arg(i + 1).arg(pt.preset).arg(m_caps.presetSlots);
+                    return;
+                }
+                if (pt.speed < m_caps.minSpeed || pt.speed > m_caps.maxSpeed) {
+                    reply.ok = false;
+                    reply.error = tr("Point %1: speed %2 is outside %3-%4")
+                                      .arg(i + 1)
+                                      .arg(pt.speed)
+                                      .arg(m_caps.minSpeed)
+                                      .arg(m_caps.maxSpeed);
+                    return;
+                }
+                if (pt.dwellSeconds < m_caps.minDwellSeconds || pt.dwellSeconds > m_caps.maxDwellSeconds) {
+                    reply.ok = false;
+                    reply.error = tr("Point %1: dwell time %2 s is outside %3-%4 s")
+                                      .arg(i + 1)
+                                      .arg(pt.dwellSeconds)
+                                      .arg(m_caps.minDwellSeconds)
+                                      .arg(m_caps.maxDwellSeconds);
+                    return;
+                }
             }
-            if (pt.dwellSeconds < m_caps.minDwellSeconds || pt.dwellSeconds > m_caps.maxDwellSeconds) {
-                reply.ok = false;
-                reply.error = tr("Point %1: dwell time %2 s is outside %3-%4 s")
-                                  .arg(i + 1).arg(pt.dwellSeconds).arg(m_caps.minDwellSeconds).arg(m_caps.maxDwellSeconds);
-                return;
+            if (m_patrol == number) {
+                m_patrol = 0;
+                m_targetingPanTilt = m_targetingZoom = false;
             }
-        }
-        if (m_patrol == number) {
-            m_patrol = 0;
-            m_targetingPanTilt = m_targetingZoom = false;
-        }
-        if (m_interruptedPatrol == number)
-            m_interruptedPatrol = 0;
-        if (points.isEmpty()) {
-            m_patrols.remove(number);
-        } else {
-            DevicePatrol patrol;
-            patrol.number = number;
-            patrol.name = tr("Patrol %1").arg(number);
-            patrol.points = points;
-            for (DevicePatrolPoint &p : patrol.points)
-                p.presetName.clear();
-            m_patrols.insert(number, patrol);
-        }
-        DevicePatrol stored = m_patrols.value(number);
-        stored.number = number;
-        for (DevicePatrolPoint &p : stored.points)
-            p.presetName = m_presets.value(p.preset).name;
-        reply.result = QVariant::fromValue(stored);
-        if (!savePatrols())
-            storeFailed(reply);
-    });
+            if (m_interruptedPatrol == number)
+                m_interruptedPatrol = 0;
+            if (points.isEmpty()) {
+                m_patrols.remove(number);
+            } else {
+                DevicePatrol patrol;
+                patrol.number = number;
+                patrol.name = tr("Patrol %1").arg(number);
+                patrol.points = points;
+                for (DevicePatrolPoint &p : patrol.points)
+                    p.presetName.clear();
+                m_patrols.insert(number, patrol);
+            }
+            DevicePatrol stored = m_patrols.value(number);
+            stored.number = number;
+            for (DevicePatrolPoint &p : stored.points)
+                p.presetName = m_presets.value(p.preset).name;
+            reply.result = QVariant::fromValue(stored);
+            if (!savePatrols())
+                storeFailed(reply);
+        });
 }
 
 quint64 CSimulatedCamera::removePatrol(int number)

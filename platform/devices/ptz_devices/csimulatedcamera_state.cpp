@@ -171,7 +171,7 @@ bool CSimulatedCamera::saveSettings()
     ok = m_store->save(m_cameraId, kKeyRecovery,
                        QJsonObject{{QStringLiteral("enabled"), m_recovery.enabled},
                                    {QStringLiteral("waitingSeconds"), m_recovery.waitingSeconds}})
-        && ok;
+         && ok;
     ok = m_store->save(m_cameraId, kKeyAutoTrack, QJsonObject{{QStringLiteral("enabled"), m_autoTrack}}) && ok;
     if (!ok)
         ZEPH_LOG_WARN("camera %s: settings not stored", qUtf8Printable(m_cameraId));

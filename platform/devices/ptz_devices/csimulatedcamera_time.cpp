@@ -72,8 +72,8 @@ void CSimulatedCamera::stepPhysics(qint64 ms)
         m_pan = std::abs(d) <= step ? m_targetPan : wrapPan(m_pan + (d > 0 ? step : -step));
         m_tilt = approach(m_tilt, m_targetTilt, step);
     } else {
-        const double panVelocity = m_autoScan ? kDegPerSecondPerStep * m_autoScanSpeed
-                                              : m_panDir * kDegPerSecondPerStep * m_ptSpeed;
+        const double panVelocity =
+            m_autoScan ? kDegPerSecondPerStep * m_autoScanSpeed : m_panDir * kDegPerSecondPerStep * m_ptSpeed;
         m_pan = wrapPan(m_pan + panVelocity * s);
         m_tilt = qBound(m_caps.minTilt, m_tilt + m_tiltDir * kDegPerSecondPerStep * m_ptSpeed * s, m_caps.maxTilt);
     }

@@ -29,7 +29,10 @@ class PTZ_DEVICES_EXPORT IPtzDriver : public QObject
 {
     Q_OBJECT
 public:
-    explicit IPtzDriver(QObject *parent = nullptr) : QObject(parent) {}
+    explicit IPtzDriver(QObject *parent = nullptr)
+        : QObject(parent)
+    {
+    }
     ~IPtzDriver() override = default;
 
     virtual QString cameraId() const = 0;
@@ -62,24 +65,24 @@ public:
     // Presets (1 .. presetSlots).
     virtual quint64 listPresets() = 0;
     virtual quint64 setPreset(int number, const QString &name) = 0; // stores the current position
-    virtual quint64 gotoPreset(int number) = 0;                      // answered when the move starts
+    virtual quint64 gotoPreset(int number) = 0;                     // answered when the move starts
     virtual quint64 removePreset(int number) = 0;
     virtual quint64 renamePreset(int number, const QString &name) = 0;
 
     // Patrols (1 .. patrolSlots), each up to pointsPerPatrol points.
-    virtual quint64 listPatrols() = 0;                 // only patrols that have points
-    virtual quint64 readPatrol(int number) = 0;        // empty patrol when the slot is free
+    virtual quint64 listPatrols() = 0;          // only patrols that have points
+    virtual quint64 readPatrol(int number) = 0; // empty patrol when the slot is free
     virtual quint64 writePatrol(int number, const QVector<DevicePatrolPoint> &points) = 0;
     virtual quint64 removePatrol(int number) = 0;
     virtual quint64 startPatrol(int number) = 0;
-    virtual quint64 stopPatrol(int number) = 0;        // 0 stops whichever patrol runs
+    virtual quint64 stopPatrol(int number) = 0; // 0 stops whichever patrol runs
 
     // Patterns (1 .. patternSlots).
     virtual quint64 listPatterns() = 0;
     virtual quint64 startPatternRecord(int number) = 0;
     virtual quint64 stopPatternRecord(int number) = 0;
     virtual quint64 playPattern(int number) = 0;
-    virtual quint64 stopPattern(int number) = 0;       // 0 stops whichever pattern plays
+    virtual quint64 stopPattern(int number) = 0; // 0 stops whichever pattern plays
     virtual quint64 removePattern(int number) = 0;
 
     // Stops whatever runs: auto-scan, patrol, pattern playback, and all motion.

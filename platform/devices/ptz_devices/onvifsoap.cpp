@@ -114,13 +114,12 @@ QString durationText(int ms)
 
 int durationMs(const QString &text)
 {
-    static const QRegularExpression re(
-        QStringLiteral("^PT(?:(\\d+)H)?(?:(\\d+)M)?(?:(\\d+(?:\\.\\d+)?)S)?$"));
+    static const QRegularExpression re(QStringLiteral("^PT(?:(\\d+)H)?(?:(\\d+)M)?(?:(\\d+(?:\\.\\d+)?)S)?$"));
     const QRegularExpressionMatch m = re.match(text.trimmed());
     if (!m.hasMatch() || text.trimmed() == QLatin1String("PT"))
         return -1;
-    const double seconds = m.captured(1).toDouble() * 3600.0 + m.captured(2).toDouble() * 60.0
-                           + m.captured(3).toDouble();
+    const double seconds =
+        m.captured(1).toDouble() * 3600.0 + m.captured(2).toDouble() * 60.0 + m.captured(3).toDouble();
     return int(seconds * 1000.0 + 0.5);
 }
 
@@ -185,7 +184,8 @@ QString faultDetails(const KDSoapMessage &message)
     QStringList parts;
     // SOAP 1.2: Code/Value, Code/Subcode/Value, Reason/Text; SOAP 1.1: faultcode, faultstring.
     const KDSoapValue reason = child(message, QStringLiteral("Reason"));
-    parts << text(reason.isNull() ? child(message, QStringLiteral("faultstring")) : child(reason, QStringLiteral("Text")));
+    parts << text(reason.isNull() ? child(message, QStringLiteral("faultstring"))
+                                  : child(reason, QStringLiteral("Text")));
     KDSoapValue code = child(message, QStringLiteral("Code"));
     while (!code.isNull()) {
         parts << text(child(code, QStringLiteral("Value")));

@@ -10,14 +10,12 @@ namespace ptz_devices {
 bool DeviceStatus::operator==(const DeviceStatus &o) const
 {
     return qFuzzyCompare(1.0 + pan, 1.0 + o.pan) && qFuzzyCompare(1.0 + tilt, 1.0 + o.tilt)
-        && qFuzzyCompare(zoom, o.zoom) && qFuzzyCompare(1.0 + focus, 1.0 + o.focus)
-        && qFuzzyCompare(1.0 + iris, 1.0 + o.iris) && panTiltMoving == o.panTiltMoving
-        && zoomMoving == o.zoomMoving && light == o.light && wiper == o.wiper
-        && autoScan == o.autoScan && autoScanSpeed == o.autoScanSpeed
-        && runningPatrol == o.runningPatrol && patrolPoint == o.patrolPoint
-        && patrolPointCount == o.patrolPointCount && runningPattern == o.runningPattern
-        && recordingPattern == o.recordingPattern && autoTrack == o.autoTrack
-        && connected == o.connected && parkActions == o.parkActions;
+           && qFuzzyCompare(zoom, o.zoom) && qFuzzyCompare(1.0 + focus, 1.0 + o.focus)
+           && qFuzzyCompare(1.0 + iris, 1.0 + o.iris) && panTiltMoving == o.panTiltMoving && zoomMoving == o.zoomMoving
+           && light == o.light && wiper == o.wiper && autoScan == o.autoScan && autoScanSpeed == o.autoScanSpeed
+           && runningPatrol == o.runningPatrol && patrolPoint == o.patrolPoint && patrolPointCount == o.patrolPointCount
+           && runningPattern == o.runningPattern && recordingPattern == o.recordingPattern && autoTrack == o.autoTrack
+           && connected == o.connected && parkActions == o.parkActions;
 }
 
 QString operationName(DriverOperation operation)

@@ -90,7 +90,7 @@ struct PTZ_DEVICES_EXPORT DriverReply
     quint64 requestId = 0;
     DriverOperation operation = DriverOperation::None;
     bool ok = false;
-    QString error;          // readable text when !ok
+    QString error; // readable text when !ok
     QVariant result;
     // Main numeric argument of the request (preset, patrol or pattern number,
     // on/off as 1/0, ...), so a caller can tell answers apart without a lookup.
@@ -99,25 +99,25 @@ struct PTZ_DEVICES_EXPORT DriverReply
 
 struct PTZ_DEVICES_EXPORT DeviceStatus
 {
-    double pan = 0.0;        // degrees, [0, 360)
-    double tilt = 0.0;       // degrees, within the model's tilt range
-    double zoom = 1.0;       // magnification, 1 .. capabilities().maxZoom
-    double focus = 0.5;      // 0 near .. 1 far
-    double iris = 0.5;       // 0 closed .. 1 open
+    double pan = 0.0;   // degrees, [0, 360)
+    double tilt = 0.0;  // degrees, within the model's tilt range
+    double zoom = 1.0;  // magnification, 1 .. capabilities().maxZoom
+    double focus = 0.5; // 0 near .. 1 far
+    double iris = 0.5;  // 0 closed .. 1 open
     bool panTiltMoving = false;
     bool zoomMoving = false;
     bool light = false;
     bool wiper = false;
     bool autoScan = false;
     int autoScanSpeed = 0;
-    int runningPatrol = 0;   // 0 none, else 1-based patrol number
-    int patrolPoint = 0;     // 1-based point of the running patrol being approached or dwelt at, 0 none
-    int patrolPointCount = 0;// points of the running patrol, 0 none
-    int runningPattern = 0;  // 0 none, else 1-based pattern slot being played
-    int recordingPattern = 0;// 0 none, else 1-based pattern slot being recorded
+    int runningPatrol = 0;    // 0 none, else 1-based patrol number
+    int patrolPoint = 0;      // 1-based point of the running patrol being approached or dwelt at, 0 none
+    int patrolPointCount = 0; // points of the running patrol, 0 none
+    int runningPattern = 0;   // 0 none, else 1-based pattern slot being played
+    int recordingPattern = 0; // 0 none, else 1-based pattern slot being recorded
     bool autoTrack = false;
     bool connected = true;
-    int parkActions = 0;     // park actions performed since the driver started (read-only)
+    int parkActions = 0; // park actions performed since the driver started (read-only)
 
     bool operator==(const DeviceStatus &other) const;
     bool operator!=(const DeviceStatus &other) const { return !(*this == other); }
@@ -125,7 +125,7 @@ struct PTZ_DEVICES_EXPORT DeviceStatus
 
 struct PTZ_DEVICES_EXPORT DevicePreset
 {
-    int number = 0;          // 1 .. presetSlots
+    int number = 0; // 1 .. presetSlots
     QString name;
     double pan = 0.0;
     double tilt = 0.0;
@@ -134,10 +134,10 @@ struct PTZ_DEVICES_EXPORT DevicePreset
 
 struct PTZ_DEVICES_EXPORT DevicePatrolPoint
 {
-    int preset = 0;          // 1-based preset number
-    int speed = 0;           // 1 .. 40
-    int dwellSeconds = 0;    // within the model's dwell range
-    QString presetName;      // filled on points read from the device
+    int preset = 0;       // 1-based preset number
+    int speed = 0;        // 1 .. 40
+    int dwellSeconds = 0; // within the model's dwell range
+    QString presetName;   // filled on points read from the device
 
     bool operator==(const DevicePatrolPoint &other) const
     {
@@ -147,7 +147,7 @@ struct PTZ_DEVICES_EXPORT DevicePatrolPoint
 
 struct PTZ_DEVICES_EXPORT DevicePatrol
 {
-    int number = 0;          // 1 .. patrolSlots
+    int number = 0; // 1 .. patrolSlots
     QString name;
     QVector<DevicePatrolPoint> points;
 };
@@ -162,22 +162,22 @@ Q_ENUM_NS(ParkActionType)
 struct PTZ_DEVICES_EXPORT ParkAction
 {
     bool enabled = false;
-    int waitingSeconds = 5;  // 5 .. 720
+    int waitingSeconds = 5; // 5 .. 720
     ParkActionType type = ParkActionType::None;
-    int target = 0;          // preset or patrol number; a preset action with target 0
-                             // returns to the view the camera had when the action was set
+    int target = 0; // preset or patrol number; a preset action with target 0
+                    // returns to the view the camera had when the action was set
 };
 
 struct PTZ_DEVICES_EXPORT PatrolRecovery
 {
     bool enabled = false;
-    int waitingSeconds = 0;  // seconds without control before the patrol resumes
+    int waitingSeconds = 0; // seconds without control before the patrol resumes
 };
 
 struct PTZ_DEVICES_EXPORT DriverCapabilities
 {
     QString model;
-    QVector<int> abilities;  // ability codes, see AbilityCode
+    QVector<int> abilities; // ability codes, see AbilityCode
     bool fishEye = false;
     int presetSlots = 256;
     int patrolSlots = 8;
@@ -186,7 +186,7 @@ struct PTZ_DEVICES_EXPORT DriverCapabilities
     int maxSpeed = 40;
     int minDwellSeconds = 1;
     int maxDwellSeconds = 30;
-    int patternSlots = 4;    // 0 when the model has no patterns
+    int patternSlots = 4; // 0 when the model has no patterns
     double minTilt = -90.0;
     double maxTilt = 10.0;
     double maxZoom = 30.0;

@@ -141,7 +141,8 @@ bool CLoopbackOnvifCamera::authorised(const KDSoapHeaders &headers) const
         const QByteArray nonce = QByteArray::fromBase64(ov::text(ov::child(token, QStringLiteral("Nonce"))).toLatin1());
         const QByteArray created = ov::text(ov::child(token, QStringLiteral("Created"))).toUtf8();
         const QByteArray digest =
-            QCryptographicHash::hash(nonce + created + m_options.password.toUtf8(), QCryptographicHash::Sha1).toBase64();
+            QCryptographicHash::hash(nonce + created + m_options.password.toUtf8(), QCryptographicHash::Sha1)
+                .toBase64();
         return !nonce.isEmpty() && ov::text(password).toLatin1() == digest;
     }
     return false;

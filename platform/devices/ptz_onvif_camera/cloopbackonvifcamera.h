@@ -5,8 +5,8 @@
 #include <KDSoapClient/KDSoapMessage.h>
 
 #include <QHash>
-#include <QSet>
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -37,13 +37,13 @@ class CLoopbackOnvifCamera : public QObject
 public:
     struct Options
     {
-        quint16 port = 0;                 // 0: any free port
-        QString user;                     // empty: no credentials asked
+        quint16 port = 0; // 0: any free port
+        QString user;     // empty: no credentials asked
         QString password;
-        int latencyMs = 0;                // added before every answer
+        int latencyMs = 0; // added before every answer
         QString model = QStringLiteral("speed-dome");
-        int defaultTimeoutMs = 5000;      // for moves that name no timeout
-        int discoveryPort = 0;            // WS-Discovery responder (3702); 0: none
+        int defaultTimeoutMs = 5000; // for moves that name no timeout
+        int discoveryPort = 0;       // WS-Discovery responder (3702); 0: none
     };
     using Responder = std::function<void(const KDSoapMessage &)>;
 
@@ -130,14 +130,14 @@ private:
     std::unique_ptr<ptz_devices::CSimulatedCamera> m_camera;
     CLoopbackOnvifServer *m_server = nullptr;
     quint16 m_port = 0;
-    QHash<QString, Handler> m_handlers;          // "path|operation"
+    QHash<QString, Handler> m_handlers; // "path|operation"
     QHash<quint64, std::function<void(const ptz_devices::DriverReply &)>> m_waiting;
     QTimer *m_panTiltDeadMan = nullptr;
     QTimer *m_zoomDeadMan = nullptr;
     int m_failNext = 0;
     QString m_failReason;
     QStringList m_received;
-    QSet<int> m_createdTours;        // created but still without spots
+    QSet<int> m_createdTours; // created but still without spots
     KDSoapUdpClient *m_discovery = nullptr;
     QString m_endpointId;
 };

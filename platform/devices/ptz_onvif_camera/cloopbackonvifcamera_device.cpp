@@ -47,8 +47,8 @@ void CLoopbackOnvifCamera::getCapabilities(const KDSoapMessage &, const Responde
 {
     const auto service = [this](const char *name, const QString &path) {
         return ov::element(ov::kSchemaNs, QLatin1String(name),
-                           KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("XAddr"),
-                                                            serviceAddress(path)));
+                           KDSoapValueList{}
+                               << ov::element(ov::kSchemaNs, QStringLiteral("XAddr"), serviceAddress(path)));
     };
     KDSoapValueList caps;
     caps << service("Device", ov::kDevicePath) << service("Imaging", ov::kImagingPath)
@@ -89,12 +89,14 @@ void CLoopbackOnvifCamera::getSystemDateAndTime(const KDSoapMessage &, const Res
          << ov::element(ov::kSchemaNs, QStringLiteral("Minute"), now.time().minute())
          << ov::element(ov::kSchemaNs, QStringLiteral("Second"), now.time().second());
     KDSoapValueList utc;
-    utc << ov::element(ov::kSchemaNs, QStringLiteral("Date"), date) << ov::element(ov::kSchemaNs, QStringLiteral("Time"), time);
+    utc << ov::element(ov::kSchemaNs, QStringLiteral("Date"), date)
+        << ov::element(ov::kSchemaNs, QStringLiteral("Time"), time);
     KDSoapValueList info;
     info << ov::element(ov::kSchemaNs, QStringLiteral("DateTimeType"), QStringLiteral("Manual"))
          << ov::element(ov::kSchemaNs, QStringLiteral("UTCDateTime"), utc);
-    answer(respond, ov::body(ov::kDeviceNs, QStringLiteral("GetSystemDateAndTimeResponse"),
-                             KDSoapValueList{} << ov::element(ov::kDeviceNs, QStringLiteral("SystemDateAndTime"), info)));
+    answer(respond,
+           ov::body(ov::kDeviceNs, QStringLiteral("GetSystemDateAndTimeResponse"),
+                    KDSoapValueList{} << ov::element(ov::kDeviceNs, QStringLiteral("SystemDateAndTime"), info)));
 }
 
 void CLoopbackOnvifCamera::getProfiles(const KDSoapMessage &, const Responder &respond)
@@ -107,15 +109,16 @@ void CLoopbackOnvifCamera::getProfiles(const KDSoapMessage &, const Responder &r
     ptz << ov::element(ov::kSchemaNs, QStringLiteral("Name"), QStringLiteral("PTZ"))
         << ov::element(ov::kSchemaNs, QStringLiteral("UseCount"), 1)
         << ov::element(ov::kSchemaNs, QStringLiteral("NodeToken"), kNodeToken)
-        << ov::element(ov::kSchemaNs, QStringLiteral("DefaultPTZTimeout"), ov::durationText(m_options.defaultTimeoutMs));
+        << ov::element(ov::kSchemaNs, QStringLiteral("DefaultPTZTimeout"),
+                       ov::durationText(m_options.defaultTimeoutMs));
     KDSoapValueList profile;
     profile << ov::element(ov::kSchemaNs, QStringLiteral("Name"), QStringLiteral("Main stream"))
             << withToken(ov::element(ov::kSchemaNs, QStringLiteral("VideoSourceConfiguration"), source),
                          QStringLiteral("video_config_1"))
             << withToken(ov::element(ov::kSchemaNs, QStringLiteral("PTZConfiguration"), ptz), kPtzConfigToken);
     answer(respond, ov::body(ov::kMediaNs, QStringLiteral("GetProfilesResponse"),
-                             KDSoapValueList{} << withToken(ov::element(ov::kMediaNs, QStringLiteral("Profiles"), profile),
-                                                            kProfileToken)));
+                             KDSoapValueList{} << withToken(
+                                 ov::element(ov::kMediaNs, QStringLiteral("Profiles"), profile), kProfileToken)));
 }
 
 KDSoapValue CLoopbackOnvifCamera::ptzNode() const
@@ -124,19 +127,22 @@ KDSoapValue CLoopbackOnvifCamera::ptzNode() const
     KDSoapValueList spaces;
     if (hasPanTilt()) {
         spaces << ov::element(ov::kSchemaNs, QStringLiteral("ContinuousPanTiltVelocitySpace"),
-                              KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("URI"), ov::kVelocityGenericSpace)
-                                                << range(QStringLiteral("XRange"), -1.0, 1.0)
-                                                << range(QStringLiteral("YRange"), -1.0, 1.0));
+                              KDSoapValueList{}
+                                  << ov::element(ov::kSchemaNs, QStringLiteral("URI"), ov::kVelocityGenericSpace)
+                                  << range(QStringLiteral("XRange"), -1.0, 1.0)
+                                  << range(QStringLiteral("YRange"), -1.0, 1.0));
     }
     if (hasZoom()) {
         spaces << ov::element(ov::kSchemaNs, QStringLiteral("ContinuousZoomVelocitySpace"),
-                              KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("URI"), ov::kZoomVelocityGenericSpace)
-                                                << range(QStringLiteral("XRange"), -1.0, 1.0));
+                              KDSoapValueList{}
+                                  << ov::element(ov::kSchemaNs, QStringLiteral("URI"), ov::kZoomVelocityGenericSpace)
+                                  << range(QStringLiteral("XRange"), -1.0, 1.0));
     }
     KDSoapValueList node;
     node << ov::element(ov::kSchemaNs, QStringLiteral("Name"), QStringLiteral("PTZ head"))
          << ov::element(ov::kSchemaNs, QStringLiteral("SupportedPTZSpaces"), spaces)
-         << ov::element(ov::kSchemaNs, QStringLiteral("MaximumNumberOfPresets"), hasPanTilt() || hasZoom() ? caps.presetSlots : 0)
+         << ov::element(ov::kSchemaNs, QStringLiteral("MaximumNumberOfPresets"),
+                        hasPanTilt() || hasZoom() ? caps.presetSlots : 0)
          << ov::element(ov::kSchemaNs, QStringLiteral("HomeSupported"), false);
     if (hasPanTilt()) {
         for (const QString &command : {ov::kLightOn, ov::kLightOff, ov::kWiperOn, ov::kWiperOff})
@@ -148,7 +154,8 @@ KDSoapValue CLoopbackOnvifCamera::ptzNode() const
               << ov::element(ov::kSchemaNs, QStringLiteral("PTZPresetTourOperation"), QStringLiteral("Start"))
               << ov::element(ov::kSchemaNs, QStringLiteral("PTZPresetTourOperation"), QStringLiteral("Stop"));
         node << ov::element(ov::kSchemaNs, QStringLiteral("Extension"),
-                            KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("SupportedPresetTour"), tours));
+                            KDSoapValueList{}
+                                << ov::element(ov::kSchemaNs, QStringLiteral("SupportedPresetTour"), tours));
     }
     return withToken(ov::element(ov::kPtzNs, QStringLiteral("PTZNode"), node), kNodeToken);
 }
@@ -161,12 +168,15 @@ void CLoopbackOnvifCamera::getNodes(const KDSoapMessage &, const Responder &resp
 void CLoopbackOnvifCamera::getConfigurationOptions(const KDSoapMessage &, const Responder &respond)
 {
     KDSoapValueList options;
-    options << ov::element(ov::kSchemaNs, QStringLiteral("Spaces"), ov::child(ptzNode(), QStringLiteral("SupportedPTZSpaces")).childValues())
+    options << ov::element(ov::kSchemaNs, QStringLiteral("Spaces"),
+                           ov::child(ptzNode(), QStringLiteral("SupportedPTZSpaces")).childValues())
             << ov::element(ov::kSchemaNs, QStringLiteral("PTZTimeout"),
-                           KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("Min"), QStringLiteral("PT0.1S"))
-                                             << ov::element(ov::kSchemaNs, QStringLiteral("Max"), QStringLiteral("PT60S")));
-    answer(respond, ov::body(ov::kPtzNs, QStringLiteral("GetConfigurationOptionsResponse"),
-                             KDSoapValueList{} << ov::element(ov::kPtzNs, QStringLiteral("PTZConfigurationOptions"), options)));
+                           KDSoapValueList{}
+                               << ov::element(ov::kSchemaNs, QStringLiteral("Min"), QStringLiteral("PT0.1S"))
+                               << ov::element(ov::kSchemaNs, QStringLiteral("Max"), QStringLiteral("PT60S")));
+    answer(respond,
+           ov::body(ov::kPtzNs, QStringLiteral("GetConfigurationOptionsResponse"),
+                    KDSoapValueList{} << ov::element(ov::kPtzNs, QStringLiteral("PTZConfigurationOptions"), options)));
 }
 
 bool CLoopbackOnvifCamera::hasPanTilt() const

@@ -43,9 +43,10 @@ bool CLoopbackOnvifCamera::startDiscovery(QString *error)
 void CLoopbackOnvifCamera::answerProbe(const KDSoapMessage &probe, const QHostAddress &address, quint16 port)
 {
     KDSoapValueList endpoint;
-    endpoint << ov::element(QStringLiteral("http://schemas.xmlsoap.org/ws/2004/08/addressing"), QStringLiteral("Address"),
-                            m_endpointId);
-    KDSoapValue types = ov::element(ov::kDiscoveryNs, QStringLiteral("Types"), QStringLiteral("dn:NetworkVideoTransmitter"));
+    endpoint << ov::element(QStringLiteral("http://schemas.xmlsoap.org/ws/2004/08/addressing"),
+                            QStringLiteral("Address"), m_endpointId);
+    KDSoapValue types =
+        ov::element(ov::kDiscoveryNs, QStringLiteral("Types"), QStringLiteral("dn:NetworkVideoTransmitter"));
     types.addNamespaceDeclaration(QXmlStreamNamespaceDeclaration(QStringLiteral("dn"), ov::kNetworkNs));
     KDSoapValueList match;
     match << ov::element(QStringLiteral("http://schemas.xmlsoap.org/ws/2004/08/addressing"),
@@ -57,13 +58,15 @@ void CLoopbackOnvifCamera::answerProbe(const KDSoapMessage &probe, const QHostAd
                              .arg(m_options.model))
           << ov::element(ov::kDiscoveryNs, QStringLiteral("XAddrs"), deviceAddress())
           << ov::element(ov::kDiscoveryNs, QStringLiteral("MetadataVersion"), 1);
-    KDSoapMessage reply = ov::body(ov::kDiscoveryNs, QStringLiteral("ProbeMatches"),
-                                   QList<KDSoapValue>{} << ov::element(ov::kDiscoveryNs, QStringLiteral("ProbeMatch"), match));
+    KDSoapMessage reply =
+        ov::body(ov::kDiscoveryNs, QStringLiteral("ProbeMatches"),
+                 QList<KDSoapValue>{} << ov::element(ov::kDiscoveryNs, QStringLiteral("ProbeMatch"), match));
     KDSoapMessageAddressingProperties addressing;
     addressing.setAddressingNamespace(KDSoapMessageAddressingProperties::Addressing200408);
     addressing.setAction(ov::kDiscoveryNs + QStringLiteral("/ProbeMatches"));
     addressing.setMessageID(QStringLiteral("urn:uuid:") + QUuid::createUuid().toString(QUuid::WithoutBraces));
-    addressing.addRelationship(KDSoapMessageRelationship::Relationship(probe.messageAddressingProperties().messageID()));
+    addressing.addRelationship(
+        KDSoapMessageRelationship::Relationship(probe.messageAddressingProperties().messageID()));
     reply.setMessageAddressingProperties(addressing);
     m_discovery->sendMessage(reply, KDSoapHeaders(), address, port);
 }

@@ -140,10 +140,10 @@ void CLoopbackOnvifCamera::getPresets(const KDSoapMessage &, const Responder &re
         KDSoapValueList position;
         position << vector2D(ov::kSchemaNs, ov::xFromPan(p.pan), ov::yFromTilt(p.tilt, caps.minTilt, caps.maxTilt))
                  << vector1D(ov::kSchemaNs, ov::xFromZoom(p.zoom, caps.maxZoom));
-        KDSoapValue preset = ov::element(
-            ov::kPtzNs, QStringLiteral("Preset"),
-            KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("Name"), p.name)
-                              << ov::element(ov::kSchemaNs, QStringLiteral("PTZPosition"), position));
+        KDSoapValue preset =
+            ov::element(ov::kPtzNs, QStringLiteral("Preset"),
+                        KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("Name"), p.name)
+                                          << ov::element(ov::kSchemaNs, QStringLiteral("PTZPosition"), position));
         preset.childValues().attributes() << ov::attribute(QStringLiteral("token"), QString::number(p.number));
         presets << preset;
     }
@@ -187,7 +187,8 @@ void CLoopbackOnvifCamera::gotoPreset(const KDSoapMessage &request, const Respon
 {
     const int number = presetNumber(ov::text(ov::child(request, QStringLiteral("PresetToken"))));
     const QVector<DevicePreset> presets = m_camera->presets();
-    const bool known = std::any_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; });
+    const bool known =
+        std::any_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; });
     if (!known) {
         answerFault(respond, kNoPreset);
         return;
@@ -199,7 +200,8 @@ void CLoopbackOnvifCamera::removePreset(const KDSoapMessage &request, const Resp
 {
     const int number = presetNumber(ov::text(ov::child(request, QStringLiteral("PresetToken"))));
     const QVector<DevicePreset> presets = m_camera->presets();
-    const bool known = std::any_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; });
+    const bool known =
+        std::any_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; });
     if (!known) {
         answerFault(respond, kNoPreset);
         return;
@@ -225,14 +227,16 @@ void CLoopbackOnvifCamera::sendAuxiliaryCommand(const KDSoapMessage &request, co
             answerFault(respond, reply.error);
             return;
         }
-        answer(respond, ov::body(ov::kPtzNs, QStringLiteral("SendAuxiliaryCommandResponse"),
-                                 KDSoapValueList{} << ov::element(ov::kPtzNs, QStringLiteral("AuxiliaryResponse"), response)));
+        answer(respond,
+               ov::body(ov::kPtzNs, QStringLiteral("SendAuxiliaryCommandResponse"),
+                        KDSoapValueList{} << ov::element(ov::kPtzNs, QStringLiteral("AuxiliaryResponse"), response)));
     });
 }
 
 void CLoopbackOnvifCamera::imagingMove(const KDSoapMessage &request, const Responder &respond)
 {
-    const KDSoapValue speed = ov::path(request, {QStringLiteral("Focus"), QStringLiteral("Continuous"), QStringLiteral("Speed")});
+    const KDSoapValue speed =
+        ov::path(request, {QStringLiteral("Focus"), QStringLiteral("Continuous"), QStringLiteral("Speed")});
     if (speed.isNull()) {
         answerFault(respond, QStringLiteral("Only continuous focus moves are supported"));
         return;

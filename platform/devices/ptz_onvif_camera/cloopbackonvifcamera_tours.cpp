@@ -36,16 +36,15 @@ KDSoapValue CLoopbackOnvifCamera::presetTour(const DevicePatrol &patrol) const
     KDSoapValueList tour;
     tour << ov::element(ov::kSchemaNs, QStringLiteral("Name"), patrol.name)
          << ov::element(ov::kSchemaNs, QStringLiteral("Status"),
-                        KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("State"),
-                                                         status.runningPatrol == patrol.number
-                                                             ? QStringLiteral("Touring")
-                                                             : QStringLiteral("Idle")))
+                        KDSoapValueList{} << ov::element(
+                            ov::kSchemaNs, QStringLiteral("State"),
+                            status.runningPatrol == patrol.number ? QStringLiteral("Touring") : QStringLiteral("Idle")))
          << ov::element(ov::kSchemaNs, QStringLiteral("AutoStart"), false);
     for (const DevicePatrolPoint &point : patrol.points) {
         KDSoapValue panTilt = ov::element(ov::kSchemaNs, QStringLiteral("PanTilt"));
         const double speed = double(point.speed) / maxSpeed;
-        panTilt.childValues().attributes() << ov::attribute(QStringLiteral("x"), speed)
-                                           << ov::attribute(QStringLiteral("y"), speed);
+        panTilt.childValues().attributes()
+            << ov::attribute(QStringLiteral("x"), speed) << ov::attribute(QStringLiteral("y"), speed);
         KDSoapValueList spot;
         spot << ov::element(ov::kSchemaNs, QStringLiteral("PresetDetail"),
                             KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("PresetToken"),
@@ -99,7 +98,8 @@ void CLoopbackOnvifCamera::modifyPresetTour(const KDSoapMessage &request, const 
     QVector<DevicePatrolPoint> points;
     for (const KDSoapValue &spot : ov::children(tour, QStringLiteral("TourSpot"))) {
         DevicePatrolPoint point;
-        point.preset = presetNumber(ov::text(ov::path(spot, {QStringLiteral("PresetDetail"), QStringLiteral("PresetToken")})));
+        point.preset =
+            presetNumber(ov::text(ov::path(spot, {QStringLiteral("PresetDetail"), QStringLiteral("PresetToken")})));
         const KDSoapValue speed = ov::path(spot, {QStringLiteral("Speed"), QStringLiteral("PanTilt")});
         point.speed = ov::speedFromVelocity(ov::attributeValue(speed, QStringLiteral("x")).toDouble(), maxSpeed, 1.0);
         if (point.speed == 0)

@@ -20,7 +20,7 @@ namespace zeph_ptz_controller {
 namespace detail {
 class CDriverGate;
 }
-}
+} // namespace zeph_ptz_controller
 
 namespace ZephPluginManager {
 

@@ -15,7 +15,7 @@
 namespace ptz_devices {
 class CSimClock;
 class IPtzDriver;
-}
+} // namespace ptz_devices
 
 namespace ZephPluginManager {
 
@@ -23,8 +23,7 @@ namespace ZephPluginManager {
 // driver. Cameras are loaded on first use and again by Reload() (also after
 // the store's camera table changed). Drivers are created with the driver
 // factory and keep their durable state in the store.
-class HOST_SERVICES_EXPORT CCameraManager : public QObject,
-                                            public Tarn::Base::CSingleton<CCameraManager>
+class HOST_SERVICES_EXPORT CCameraManager : public QObject, public Tarn::Base::CSingleton<CCameraManager>
 {
     Q_OBJECT
     friend class Tarn::Base::CSingleton<CCameraManager>;

@@ -88,8 +88,7 @@ public:
     bool UnlockPTZ(const std::string &cameraId, const std::string &user);
     // True when `user` may move the camera now: it is not locked, locked by
     // that user, or locked by a user of a lower level. When false, `holder` receives the holder's name.
-    bool IsPTZControlAllowed(const std::string &cameraId, const std::string &user,
-                             std::string *holder = nullptr);
+    bool IsPTZControlAllowed(const std::string &cameraId, const std::string &user, std::string *holder = nullptr);
 
     // Permission item (15 PTZ control, 796 park action) of `user` (empty: the
     // current user) on the camera, granted directly or for all cameras.

@@ -71,7 +71,10 @@ QString CheckCruisePath(int cruise_index, int cruise_type, const std::vector<Cru
                         const CruisePathLimits &limits)
 {
     if (cruise_index < kMinCruiseIndex || cruise_index > kMaxCruiseIndex)
-        return Tr("The patrol number %1 is outside %2 to %3.").arg(cruise_index).arg(kMinCruiseIndex).arg(kMaxCruiseIndex);
+        return Tr("The patrol number %1 is outside %2 to %3.")
+            .arg(cruise_index)
+            .arg(kMinCruiseIndex)
+            .arg(kMaxCruiseIndex);
     if (!IsCruiseType(cruise_type))
         return Tr("Unknown patrol type %1.").arg(cruise_type);
     return CheckCruisePoints(points, limits);

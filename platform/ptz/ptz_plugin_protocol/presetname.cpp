@@ -38,8 +38,8 @@ const QRegularExpression &PresetNameForbiddenExpression()
 
 QRegularExpression PresetNameInputExpression(int max_length)
 {
-    return QRegularExpression(QStringLiteral("^[^\\\\/:*?\"<|'%>") + QLatin1String(kInvisibleClass) +
-                              QStringLiteral("]{1,%1}$").arg(max_length));
+    return QRegularExpression(QStringLiteral("^[^\\\\/:*?\"<|'%>") + QLatin1String(kInvisibleClass)
+                              + QStringLiteral("]{1,%1}$").arg(max_length));
 }
 
 bool PresetNameHasInvisibleCharacters(const QString &name)

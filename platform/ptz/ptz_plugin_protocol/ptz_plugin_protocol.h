@@ -127,9 +127,9 @@ struct CruiseControlRequest
 {
     std::string camera_index_code;
     std::string camera_name;
-    std::string operation;     // "CruiseRouteControl", "DelCruiseRoute" or "ModifyCruiseRoute"
-    int32_t cruise_index = -1; // 1-based
-    int32_t action = 0;        // "CruiseRouteControl": 0 start, 1 stop; otherwise the CruiseType
+    std::string operation;           // "CruiseRouteControl", "DelCruiseRoute" or "ModifyCruiseRoute"
+    int32_t cruise_index = -1;       // 1-based
+    int32_t action = 0;              // "CruiseRouteControl": 0 start, 1 stop; otherwise the CruiseType
     std::vector<CruisePoint> points; // "ModifyCruiseRoute"
 };
 
@@ -214,11 +214,11 @@ struct PTZLockStatusRequest
 
 struct PTZLockStatusResponse
 {
-    int32_t locked = 0;         // 1 locked
-    int32_t remaining_time = 0; // seconds, 0..3600
-    std::string user_name;      // holder
-    std::string user_detail;    // shown in parentheses after the holder's name
-    int32_t ptz_level = -1;     // holder's level
+    int32_t locked = 0;                  // 1 locked
+    int32_t remaining_time = 0;          // seconds, 0..3600
+    std::string user_name;               // holder
+    std::string user_detail;             // shown in parentheses after the holder's name
+    int32_t ptz_level = -1;              // holder's level
     bool locked_by_other_client = false; // holder is this user, but on another client
 };
 

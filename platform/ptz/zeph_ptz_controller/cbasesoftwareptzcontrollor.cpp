@@ -84,8 +84,8 @@ void CBaseSoftwarePtzControllor::FollowSelectedWnd()
         emit SignalPatrolRunningState(false, paused);
     int cruise_index = 0;
     std::vector<CruisePoint> points;
-    if (m_fisheye && m_fisheye->IsSelectedWndPatrolling(cruise_index)
-        && GetPatrolPathByIndex(cruise_index, points) && !points.empty()) {
+    if (m_fisheye && m_fisheye->IsSelectedWndPatrolling(cruise_index) && GetPatrolPathByIndex(cruise_index, points)
+        && !points.empty()) {
         m_last_patrol = cruise_index;
         emit SignalPatrolRunningState(true, cruise_index);
         m_runner->Start(cruise_index, points);
@@ -231,8 +231,9 @@ bool CBaseSoftwarePtzControllor::Preset(unsigned int command, PresetInfo &preset
         return false;
     switch (command) {
     case kPresetSet: {
-        if (!preset.preset_name.empty() &&
-            !detail::PresetNameFault(m_camera, preset.preset_index, PRESET_TYPE_FISHEYE, preset.preset_name).isEmpty())
+        if (!preset.preset_name.empty()
+            && !detail::PresetNameFault(m_camera, preset.preset_index, PRESET_TYPE_FISHEYE, preset.preset_name)
+                    .isEmpty())
             return false;
         site_store::VirtualPresetRecord record;
         record.cameraId = m_camera;
@@ -266,8 +267,8 @@ bool CBaseSoftwarePtzControllor::Preset(unsigned int command, PresetInfo &preset
         return true;
     }
     case kPresetClear:
-        return store->virtualPreset(m_camera, preset.preset_index) &&
-               store->removeVirtualPreset(m_camera, preset.preset_index);
+        return store->virtualPreset(m_camera, preset.preset_index)
+               && store->removeVirtualPreset(m_camera, preset.preset_index);
     default:
         return false;
     }
@@ -362,8 +363,8 @@ bool CBaseSoftwarePtzControllor::GetPatrolPathByIndex(int cruise_index, std::vec
     points.clear();
     if (m_camera.isEmpty())
         return false;
-    const auto patrol =
-        Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->StoredCruise(m_camera, cruise_index);
+    const auto patrol = Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->StoredCruise(
+        m_camera, cruise_index);
     if (!patrol || patrol->cruise_type != CRUISE_TYPE_SOFTWARE)
         return false;
     points = patrol->points;

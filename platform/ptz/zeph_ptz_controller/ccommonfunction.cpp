@@ -9,8 +9,8 @@ bool CCommonFunction::CheckAbility(const QString &camera_index_code, ResourceDat
 {
     if (camera_index_code.isEmpty())
         return false;
-    const auto camera = Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetCameraByID(
-        camera_index_code);
+    const auto camera =
+        Tarn::Base::CSingleton<ZephPluginManager::CCameraManager>::Instance()->GetCameraByID(camera_index_code);
     return camera && camera->HasAbility(int(ability));
 }
 

@@ -3,7 +3,8 @@
 namespace zeph_ptz_controller {
 
 CPatrolRunner::CPatrolRunner(Target target, QObject *owner)
-    : m_target(std::move(target)), m_dwell_timer(new QTimer(owner))
+    : m_target(std::move(target))
+    , m_dwell_timer(new QTimer(owner))
 {
     m_dwell_timer->setSingleShot(true);
     QObject::connect(m_dwell_timer, &QTimer::timeout, m_dwell_timer, [this] {

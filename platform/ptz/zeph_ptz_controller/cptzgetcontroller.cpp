@@ -32,7 +32,9 @@ struct CPTZGetController::Private
     QHash<QString, QString> last_error;
 };
 
-CPTZGetController::CPTZGetController(QObject *parent) : QObject(parent), d(new Private)
+CPTZGetController::CPTZGetController(QObject *parent)
+    : QObject(parent)
+    , d(new Private)
 {
     registerMetaTypes();
     connect(detail::CPTZDataCache::Instance(), &detail::CPTZDataCache::SignalPresetsChanged, this,

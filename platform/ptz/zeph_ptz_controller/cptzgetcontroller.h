@@ -62,8 +62,7 @@ public:
     bool AddOnePreset(const QString &camera_index_code, const ptz_plugin_protocol::PresetInfo &preset);
     bool AddOnePreset(const QString &camera_index_code, const ptz_plugin_protocol::PresetInfo &preset,
                       QString &error_text);
-    bool ModifyPresetName(const QString &camera_index_code, int preset_index, const QString &name,
-                          QString &error_text);
+    bool ModifyPresetName(const QString &camera_index_code, int preset_index, const QString &name, QString &error_text);
     bool DelPreset(const QString &camera_index_code, int preset_index);
     bool DelPreset(const QString &camera_index_code, int preset_index, QString &error_text);
 

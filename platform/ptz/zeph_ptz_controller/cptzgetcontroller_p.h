@@ -56,8 +56,8 @@ struct GetQuery
 struct GetQueryContext
 {
     ptz_devices::IPtzDriver *driver = nullptr;
-    QString driver_error;  // why there is no driver, when there is none
-    bool device = false;   // the driver keeps presets, patrols and patterns of its own
+    QString driver_error;                                  // why there is no driver, when there is none
+    bool device = false;                                   // the driver keeps presets, patrols and patterns of its own
     std::optional<ptz_plugin_protocol::CruiseInfo> stored; // the client's record of the query's patrol slot
 };
 
@@ -78,7 +78,7 @@ GetQueryReplyHandler ReplyHandlerFor(GetQuery::Kind kind);
 
 // The slots the camera reported, completed with the patrols the client keeps.
 QVector<ptz_plugin_protocol::CruiseInfo> MergeStoredPatrols(const QString &camera,
-                                                           const QVector<ptz_plugin_protocol::CruiseInfo> &device);
+                                                            const QVector<ptz_plugin_protocol::CruiseInfo> &device);
 
 } // namespace detail
 } // namespace zeph_ptz_controller

@@ -3,8 +3,8 @@
 
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
-#include "ptz_plugin_protocol/presetname.h"
 #include "ptz_devices/iptzdriver.h"
+#include "ptz_plugin_protocol/presetname.h"
 #include "site_store/csitestore.h"
 
 namespace zeph_ptz_controller {
@@ -30,8 +30,8 @@ bool CPTZGetController::GetAllPresets(const QString &camera_index_code, QVector<
 bool CPTZGetController::GetPresetByIndexSync(const QString &camera_index_code, PresetInfo &preset, int preset_index)
 {
     const QVector<PresetInfo> list = detail::CPTZDataCache::Instance()->Presets(camera_index_code);
-    const bool typed = preset.preset_type == PRESET_TYPE_DEVICE || preset.preset_type == PRESET_TYPE_FISHEYE ||
-                       preset.preset_type == PRESET_TYPE_VIRTUAL;
+    const bool typed = preset.preset_type == PRESET_TYPE_DEVICE || preset.preset_type == PRESET_TYPE_FISHEYE
+                       || preset.preset_type == PRESET_TYPE_VIRTUAL;
     const PresetInfo *first = nullptr;
     for (const PresetInfo &p : list) {
         if (p.preset_index != preset_index)
@@ -64,7 +64,8 @@ bool SaveClientPreset(const QString &camera_index_code, const PresetInfo &preset
         return false;
     }
     if (preset.preset_index < 1 || preset.preset_index > detail::kMaxPresetIndex) {
-        error_text = Tr("The preset number %1 is outside 1 to %2.").arg(preset.preset_index).arg(detail::kMaxPresetIndex);
+        error_text =
+            Tr("The preset number %1 is outside 1 to %2.").arg(preset.preset_index).arg(detail::kMaxPresetIndex);
         return false;
     }
     if (preset.preset_type != PRESET_TYPE_FISHEYE && preset.preset_type != PRESET_TYPE_VIRTUAL) {
@@ -72,8 +73,8 @@ bool SaveClientPreset(const QString &camera_index_code, const PresetInfo &preset
         return false;
     }
     if (!preset.preset_name.empty()) {
-        error_text = detail::PresetNameFault(camera_index_code, preset.preset_index, preset.preset_type,
-                                             preset.preset_name);
+        error_text =
+            detail::PresetNameFault(camera_index_code, preset.preset_index, preset.preset_type, preset.preset_name);
         if (!error_text.isEmpty())
             return false;
     }

@@ -156,11 +156,11 @@ GetQueryStart StartSetPatrol(GetQuery &query, const GetQueryContext &context)
     }
     if (!Store())
         return Answered(query, false, Tr("The site store is not available."));
-    const std::string name = context.stored ? context.stored->cruise_name
-                                            : QStringLiteral("cruise%1").arg(query.cruise_index).toStdString();
+    const std::string name =
+        context.stored ? context.stored->cruise_name : QStringLiteral("cruise%1").arg(query.cruise_index).toStdString();
     std::string error_text;
-    const bool ok = Business()->StorePatrol(query.camera, query.cruise_index, query.type, name, query.points,
-                                            &error_text);
+    const bool ok =
+        Business()->StorePatrol(query.camera, query.cruise_index, query.type, name, query.points, &error_text);
     return Answered(query, ok, QString::fromStdString(error_text));
 }
 
@@ -251,7 +251,7 @@ void PatternsReplied(GetQuery &query, const ptz_devices::DriverReply &reply)
     std::sort(query.patterns.begin(), query.patterns.end());
 }
 
-void NothingToRead(GetQuery &, const ptz_devices::DriverReply &) {}
+void NothingToRead(GetQuery &, const ptz_devices::DriverReply &) { }
 
 struct KindHandlers
 {

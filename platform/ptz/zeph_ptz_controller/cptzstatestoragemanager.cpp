@@ -226,8 +226,8 @@ void CPTZStateStorageManager::SetInterrupt(const QString &camera_index_code, boo
     if (camera_index_code.isEmpty() || index <= 0)
         return;
     CameraState &s = State(camera_index_code);
-    if (!resume && s.interrupt_index == index && s.interrupt_is_patrol == is_patrol && s.interrupt_timer &&
-        s.interrupt_timer->isActive())
+    if (!resume && s.interrupt_index == index && s.interrupt_is_patrol == is_patrol && s.interrupt_timer
+        && s.interrupt_timer->isActive())
         return;
     if (wait_ms < 0)
         wait_ms = m_interrupt_wait_ms;
@@ -249,8 +249,7 @@ void CPTZStateStorageManager::SetInterrupt(const QString &camera_index_code, boo
     emit SignalStateChanged(camera_index_code);
 }
 
-void CPTZStateStorageManager::AddResumeHandler(QObject *context,
-                                               std::function<void(bool, QString, int)> handler)
+void CPTZStateStorageManager::AddResumeHandler(QObject *context, std::function<void(bool, QString, int)> handler)
 {
     m_resume_handlers.erase(std::remove_if(m_resume_handlers.begin(), m_resume_handlers.end(),
                                            [](const ResumeHandler &h) { return !h.context; }),

@@ -19,9 +19,8 @@ namespace zeph_ptz_controller {
 // wiper, auto-scan, patrol, pattern, and the bookkeeping of a patrol or pattern
 // that manual control interrupted and that resumes after a waiting time.
 // GUI thread only. Unknown cameras read as idle; setters register them.
-class ZEPH_PTZ_CONTROLLER_EXPORT CPTZStateStorageManager
-    : public QObject,
-      public Tarn::Base::CSingleton<CPTZStateStorageManager>
+class ZEPH_PTZ_CONTROLLER_EXPORT CPTZStateStorageManager : public QObject,
+                                                           public Tarn::Base::CSingleton<CPTZStateStorageManager>
 {
     Q_OBJECT
     friend class Tarn::Base::CSingleton<CPTZStateStorageManager>;
@@ -78,7 +77,8 @@ public:
                              QObject *context = nullptr, std::function<void()> resume = {});
     // Who brings back an interrupted patrol or pattern recorded without its own
     // `resume` (the device controllers register themselves).
-    void AddResumeHandler(QObject *context, std::function<void(bool is_patrol, QString camera_index_code, int index)> handler);
+    void AddResumeHandler(QObject *context,
+                          std::function<void(bool is_patrol, QString camera_index_code, int index)> handler);
     bool IsInterruptCruise(const QString &camera_index_code, int &cruise_index) const;
     bool IsInterruptPattern(const QString &camera_index_code, int &pattern) const;
     // Another manual command during the wait starts the waiting time again.
@@ -103,8 +103,8 @@ private:
     struct CameraState;
     CameraState &State(const QString &camera_index_code);
     const CameraState *Find(const QString &camera_index_code) const;
-    void SetInterrupt(const QString &camera_index_code, bool is_patrol, int index, int wait_ms,
-                      QObject *context, std::function<void()> resume);
+    void SetInterrupt(const QString &camera_index_code, bool is_patrol, int index, int wait_ms, QObject *context,
+                      std::function<void()> resume);
     void OnInterruptTimer(const QString &camera_index_code);
 
     QHash<QString, CameraState *> m_states;

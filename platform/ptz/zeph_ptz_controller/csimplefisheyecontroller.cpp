@@ -5,7 +5,8 @@
 namespace zeph_ptz_controller {
 
 CSimpleFishEyeController::CSimpleFishEyeController(int wnd_count, QObject *parent)
-    : IPTZFishEyeController(parent), m_views(qMax(1, wnd_count))
+    : IPTZFishEyeController(parent)
+    , m_views(qMax(1, wnd_count))
 {
 }
 

@@ -46,7 +46,9 @@ bool IsLensAxis(uint32_t command)
 
 } // namespace detail
 
-CUniversalPTZController::CUniversalPTZController(QObject *parent) : QObject(parent), d(new Private)
+CUniversalPTZController::CUniversalPTZController(QObject *parent)
+    : QObject(parent)
+    , d(new Private)
 {
     registerMetaTypes();
     d->clock.start();
@@ -128,8 +130,9 @@ void CUniversalPTZController::OnActivityInterrupted(IPtzDriver *driver, int acti
         return;
     // A pattern being started reports the patrol it ends once it is answered.
     for (const auto &pending : qAsConst(d->pending)) {
-        if (pending->driver == driver && pending->kind == Pending::ControlCommand &&
-            (pending->command.command == PTZ_CMD_PATTERN_RUN || pending->command.command == PTZ_CMD_PATTERN_RECORD_START))
+        if (pending->driver == driver && pending->kind == Pending::ControlCommand
+            && (pending->command.command == PTZ_CMD_PATTERN_RUN
+                || pending->command.command == PTZ_CMD_PATTERN_RECORD_START))
             return;
     }
     CPTZStateStorageManager *storage = detail::Storage();

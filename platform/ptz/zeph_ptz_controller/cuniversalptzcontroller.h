@@ -20,14 +20,14 @@ namespace ptz_devices {
 class IPtzDriver;
 struct DeviceStatus;
 struct DriverReply;
-}
+} // namespace ptz_devices
 
 namespace zeph_ptz_controller {
 
 namespace detail {
 struct Pending;
 struct UniversalHandlers;
-}
+} // namespace detail
 
 // Device commands of every panel, mapped onto the camera drivers that the
 // host's camera manager owns. One instance may serve any number of panels and
@@ -130,12 +130,10 @@ public:
 Q_SIGNALS:
     void SignalExecutionSucceeded(QString camera_index_code, QString owner_index_code,
                                   ptz_plugin_protocol::PTZControlCommand command);
-    void SignalExecutionFailed(QString camera_index_code, QString owner_index_code, int error_code,
-                               int command);
+    void SignalExecutionFailed(QString camera_index_code, QString owner_index_code, int error_code, int command);
     void SignalMessageTipNeeded(QString message_tip, int tip_type);
     void SignalPTZAutoTrackState(QString owner_index_code, QString camera_index_code, bool on);
-    void SignalPTZPanelInterrupt(QString owner_index_code, QString camera_index_code, bool is_trail,
-                                 int cruise_index);
+    void SignalPTZPanelInterrupt(QString owner_index_code, QString camera_index_code, bool is_trail, int cruise_index);
     void SignalSeizedByOtherUser(QString camera_index_code);
     void signalCruiseFinished(ptz_plugin_protocol::CruiseControlRequest request, QString error_text);
     void signalPresetFinished(ptz_plugin_protocol::PresetControlRequest request, QString error_text);

@@ -42,8 +42,8 @@ bool CUniversalPTZController::Admit(const PendingPtr &pending, int permission_it
 {
     const QString &camera = pending->camera;
     pending->user = detail::ActingUser();
-    if (own_stop != int(Activity::None) && !pending->user.isEmpty() && IsRunning(camera, Activity(own_stop)) &&
-        d->starters.value(camera).value(own_stop) == pending->user)
+    if (own_stop != int(Activity::None) && !pending->user.isEmpty() && IsRunning(camera, Activity(own_stop))
+        && d->starters.value(camera).value(own_stop) == pending->user)
         return true;
     // The owner identifier is never the user: permission is the signed-in user's.
     if (!CCommonFunction::IsCameraPermissionValid(QString(), camera,

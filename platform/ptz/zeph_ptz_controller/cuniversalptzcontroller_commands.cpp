@@ -31,11 +31,11 @@ struct SendContext
 };
 
 enum Flag {
-    kNeedsSpeed = 1,     // a start carries a speed within the camera's range
-    kContinuous = 2,     // held move: its release (action 1) always passes
-    kPatternNumber = 4,  // `param` names a pattern slot
-    kInterrupts = 8,     // a start interrupts auto-scan, patrol and pattern
-    kSiteOnly = 16,      // the site's bookkeeping: needs no driver, the lock decides itself
+    kNeedsSpeed = 1,    // a start carries a speed within the camera's range
+    kContinuous = 2,    // held move: its release (action 1) always passes
+    kPatternNumber = 4, // `param` names a pattern slot
+    kInterrupts = 8,    // a start interrupts auto-scan, patrol and pattern
+    kSiteOnly = 16,     // the site's bookkeeping: needs no driver, the lock decides itself
 };
 
 struct CommandKind
@@ -157,8 +157,8 @@ quint64 SendLock(SendContext &ctx)
         }
         UniversalHandlers::Finish(c, pending, true, QString(), CUniversalPTZController::kErrorNone);
         PTZLockStatusResponse after;
-        if (lock && had_lock && detail::Business()->GetPTZLockStatus(request, after) &&
-            after.user_name != before.user_name)
+        if (lock && had_lock && detail::Business()->GetPTZLockStatus(request, after)
+            && after.user_name != before.user_name)
             emit c.SignalSeizedByOtherUser(pending->camera);
     });
     return 0;
@@ -299,8 +299,8 @@ void CUniversalPTZController::Control(const PTZControlCommand &command)
     pending->kind = Pending::ControlCommand;
     pending->command = command;
     pending->camera = QString::fromStdString(command.camera_index_code);
-    pending->owner = command.owner_index_code.empty() ? pending->camera
-                                                      : QString::fromStdString(command.owner_index_code);
+    pending->owner =
+        command.owner_index_code.empty() ? pending->camera : QString::fromStdString(command.owner_index_code);
     const uint32_t code = command.command;
     const bool start = command.action == PTZ_ACTION_START;
 

@@ -41,8 +41,18 @@ enum class Activity { None, AutoScan, Patrol, Pattern, PatternRecord };
 
 struct Pending
 {
-    enum Kind { ControlCommand, PresetRequest, CruiseRequest, ParkAction, CruiseRecover, AutoTrackSet, AutoTrackGet,
-                Resume, Position3D, KindCount };
+    enum Kind {
+        ControlCommand,
+        PresetRequest,
+        CruiseRequest,
+        ParkAction,
+        CruiseRecover,
+        AutoTrackSet,
+        AutoTrackGet,
+        Resume,
+        Position3D,
+        KindCount
+    };
 
     Kind kind = ControlCommand;
     QString camera;
@@ -54,8 +64,8 @@ struct Pending
     ptz_plugin_protocol::SetParkActionRequest park;
     ptz_plugin_protocol::SetPatrolRecoverConfigRequest recover;
     bool on = false;
-    bool rename = false;   // a SetPreset of a number the camera has: only the name changes
-    int stopped_kind = 0;  // what a 44 stopped: 1 pattern, 2 patrol
+    bool rename = false;  // a SetPreset of a number the camera has: only the name changes
+    int stopped_kind = 0; // what a 44 stopped: 1 pattern, 2 patrol
     bool resume_patrol = false;
     int resume_index = 0;
 

@@ -18,9 +18,7 @@ using C = CUniversalPTZController;
 
 namespace {
 
-void FoldNothing(C &, Pending &, const DriverReply &)
-{
-}
+void FoldNothing(C &, Pending &, const DriverReply &) { }
 
 void FoldPreset(C &, Pending &p, const DriverReply &reply)
 {

@@ -99,14 +99,15 @@ void CUniversalPTZController::Cruise(const CruiseControlRequest &request)
         return;
     }
     if (request.cruise_index < 1 || request.cruise_index > detail::kMaxCruiseIndex) {
-        FailLater(pending, kErrorInvalidArgument,
-                  Tr("The patrol number %1 is outside 1 to %2.").arg(request.cruise_index).arg(detail::kMaxCruiseIndex));
+        FailLater(
+            pending, kErrorInvalidArgument,
+            Tr("The patrol number %1 is outside 1 to %2.").arg(request.cruise_index).arg(detail::kMaxCruiseIndex));
         return;
     }
     const bool control = op == "CruiseRouteControl";
     // Delete and modify carry the patrol kind; only device patrols live on the camera.
-    const bool device_patrol =
-        control || request.action == CRUISE_TYPE_DEVICE || (op == "ModifyCruiseRoute" && request.action == CRUISE_TYPE_NONE);
+    const bool device_patrol = control || request.action == CRUISE_TYPE_DEVICE
+                               || (op == "ModifyCruiseRoute" && request.action == CRUISE_TYPE_NONE);
     if (op == "ModifyCruiseRoute") {
         const QString invalid =
             detail::CheckCruisePoints(request.points, device_patrol ? CRUISE_TYPE_DEVICE : request.action, driver);
@@ -116,7 +117,8 @@ void CUniversalPTZController::Cruise(const CruiseControlRequest &request)
         }
     }
     if (control && request.action != 0 && request.action != 1) {
-        FailLater(pending, kErrorInvalidArgument, Tr("The action %1 is neither start (0) nor stop (1).").arg(request.action));
+        FailLater(pending, kErrorInvalidArgument,
+                  Tr("The action %1 is neither start (0) nor stop (1).").arg(request.action));
         return;
     }
     const bool stop = control && request.action == 1;
@@ -165,9 +167,10 @@ void CUniversalPTZController::SetParkAction(const SetParkActionRequest &request)
     }
     if (request.wait_time < ptz_plugin_protocol::kMinParkWaitSeconds
         || request.wait_time > ptz_plugin_protocol::kMaxParkWaitSeconds) {
-        FailLater(pending, kErrorInvalidArgument, Tr("The waiting time must lie between %1 and %2 seconds.")
-                                                      .arg(ptz_plugin_protocol::kMinParkWaitSeconds)
-                                                      .arg(ptz_plugin_protocol::kMaxParkWaitSeconds));
+        FailLater(pending, kErrorInvalidArgument,
+                  Tr("The waiting time must lie between %1 and %2 seconds.")
+                      .arg(ptz_plugin_protocol::kMinParkWaitSeconds)
+                      .arg(ptz_plugin_protocol::kMaxParkWaitSeconds));
         return;
     }
     ptz_devices::ParkAction action;
@@ -177,15 +180,17 @@ void CUniversalPTZController::SetParkAction(const SetParkActionRequest &request)
     if (request.action_type == int(ptz_devices::ParkActionType::Preset)) {
         action.type = ptz_devices::ParkActionType::Preset;
         if (request.target_id < 0 || request.target_id > detail::kMaxPresetIndex) {
-            FailLater(pending, kErrorInvalidArgument,
-                      Tr("The preset number %1 is outside 1 to %2.").arg(request.target_id).arg(detail::kMaxPresetIndex));
+            FailLater(
+                pending, kErrorInvalidArgument,
+                Tr("The preset number %1 is outside 1 to %2.").arg(request.target_id).arg(detail::kMaxPresetIndex));
             return;
         }
     } else if (request.action_type == int(ptz_devices::ParkActionType::Patrol)) {
         action.type = ptz_devices::ParkActionType::Patrol;
         if (request.target_id < 1 || request.target_id > detail::kMaxCruiseIndex) {
-            FailLater(pending, kErrorInvalidArgument,
-                      Tr("The patrol number %1 is outside 1 to %2.").arg(request.target_id).arg(detail::kMaxCruiseIndex));
+            FailLater(
+                pending, kErrorInvalidArgument,
+                Tr("The patrol number %1 is outside 1 to %2.").arg(request.target_id).arg(detail::kMaxCruiseIndex));
             return;
         }
     } else {

@@ -63,8 +63,8 @@ bool CVirtualPtzControllor::Cruise(unsigned int command, unsigned int value)
     }
     if (command != kCruiseStart || m_camera.isEmpty() || value < 1 || value > unsigned(detail::kMaxCruiseIndex))
         return false;
-    const auto patrol =
-        Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->StoredCruise(m_camera, int(value));
+    const auto patrol = Tarn::Base::CSingleton<ZephPluginManager::CPTZBusinessInterfaceMgr>::Instance()->StoredCruise(
+        m_camera, int(value));
     if (!patrol || patrol->cruise_type != CRUISE_TYPE_VIRTUAL || patrol->points.empty())
         return false;
     if (!detail::CheckCruisePoints(patrol->points, CRUISE_TYPE_VIRTUAL, nullptr).isEmpty())

@@ -2,7 +2,10 @@
 
 namespace zeph_ptz_controller {
 
-IPTZFishEyeController::IPTZFishEyeController(QObject *parent) : QObject(parent) {}
+IPTZFishEyeController::IPTZFishEyeController(QObject *parent)
+    : QObject(parent)
+{
+}
 
 IPTZFishEyeController::~IPTZFishEyeController() = default;
 

@@ -1,7 +1,7 @@
 #include "zeph_ptz_controller/ptzcontrollercommon_p.h"
 
-#include "ptz_plugin_protocol/presetname.h"
 #include "ptz_devices/iptzdriver.h"
+#include "ptz_plugin_protocol/presetname.h"
 #include "site_store/csitestore.h"
 #include "zeph_plugin_manager/ccameramanager.h"
 
@@ -172,8 +172,8 @@ void CPTZDataCache::RemovePreset(const QString &camera, int preset_index, int pr
     const int before = it->size();
     it->erase(std::remove_if(it->begin(), it->end(),
                              [&](const PresetInfo &p) {
-                                 return p.preset_index == preset_index &&
-                                        (preset_type < 0 || p.preset_type == preset_type);
+                                 return p.preset_index == preset_index
+                                        && (preset_type < 0 || p.preset_type == preset_type);
                              }),
               it->end());
     if (it->size() != before)

@@ -16,7 +16,7 @@ namespace ptz_devices {
 class IPtzDriver;
 struct DevicePatrolPoint;
 struct DevicePreset;
-}
+} // namespace ptz_devices
 
 namespace ZephPluginManager {
 class CCamera;

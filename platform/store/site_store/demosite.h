@@ -8,11 +8,11 @@ namespace demo {
 inline constexpr const char *kSimulatedKind = "simulated";
 
 // Cameras (models "speed-dome", "ptz-no-pattern", "box-zoom", "fisheye", "cascaded")
-inline constexpr const char *kSpeedDome = "demo-speed-dome";     // every ability
-inline constexpr const char *kPtzNoPattern = "demo-ptz-basic";   // every ability but patterns (46)
-inline constexpr const char *kBoxZoom = "demo-box-zoom";         // zoom only: abilities 1 and 50, no 48/49
-inline constexpr const char *kFishEye = "demo-fisheye";          // ability 1 only; software PTZ on a fish-eye picture
-inline constexpr const char *kCascade = "demo-cascade";          // cascaded, access protocol 9, every ability
+inline constexpr const char *kSpeedDome = "demo-speed-dome";   // every ability
+inline constexpr const char *kPtzNoPattern = "demo-ptz-basic"; // every ability but patterns (46)
+inline constexpr const char *kBoxZoom = "demo-box-zoom";       // zoom only: abilities 1 and 50, no 48/49
+inline constexpr const char *kFishEye = "demo-fisheye";        // ability 1 only; software PTZ on a fish-eye picture
+inline constexpr const char *kCascade = "demo-cascade";        // cascaded, access protocol 9, every ability
 
 // The demo ONVIF camera: a loopback camera that the workbench serves itself
 // (model "loopback") on 127.0.0.1, reached over real HTTP/SOAP. It is added by

@@ -50,19 +50,19 @@ struct SITE_STORE_EXPORT PermissionRecord
 struct SITE_STORE_EXPORT VirtualPresetRecord
 {
     QString cameraId;
-    int number = 0;   // 1..256
+    int number = 0; // 1..256
     QString name;
-    int type = 3;     // 2 fish-eye, 3 virtual
-    double pan = 0;   // degrees
-    double tilt = 0;  // degrees
-    double zoom = 1;  // magnification
+    int type = 3;    // 2 fish-eye, 3 virtual
+    double pan = 0;  // degrees
+    double tilt = 0; // degrees
+    double zoom = 1; // magnification
 };
 
 struct SITE_STORE_EXPORT PatrolPointRecord
 {
-    int preset = 0;   // 1-based preset number
-    int speed = 0;    // 1..40
-    int dwell = 0;    // seconds
+    int preset = 0; // 1-based preset number
+    int speed = 0;  // 1..40
+    int dwell = 0;  // seconds
     QString presetName;
 
     bool operator==(const PatrolPointRecord &o) const
@@ -76,8 +76,8 @@ struct SITE_STORE_EXPORT PatrolPointRecord
 struct SITE_STORE_EXPORT PatrolRecord
 {
     QString cameraId;
-    int number = 0;   // slot 1..8
-    int type = 0;     // 1 device, 2 software, 3 virtual presets
+    int number = 0; // slot 1..8
+    int type = 0;   // 1 device, 2 software, 3 virtual presets
     QString name;
     QVector<PatrolPointRecord> points; // at most 32
 };
@@ -86,8 +86,8 @@ struct SITE_STORE_EXPORT ParkActionRecord
 {
     QString cameraId;
     bool enabled = false;
-    int waitSeconds = 5;   // 5..720
-    int actionType = 5;    // 5 preset (target 0 = current view), 3 patrol
+    int waitSeconds = 5; // 5..720
+    int actionType = 5;  // 5 preset (target 0 = current view), 3 patrol
     int targetId = 0;
 };
 
@@ -95,7 +95,7 @@ struct SITE_STORE_EXPORT RecoveryRecord
 {
     QString cameraId;
     bool enabled = false;
-    int waitSeconds = 0;   // 15, 30, 45, 60, 90, 120; 0 when disabled
+    int waitSeconds = 0; // 15, 30, 45, 60, 90, 120; 0 when disabled
 };
 
 // A PTZ lock; it lapses at `expiresAt` (UTC).

@@ -38,7 +38,8 @@ signals:
     void SignalDataChanged(int role, const QVariant &value);
 
 private:
-    struct Mapping {
+    struct Mapping
+    {
         QPointer<QObject> object;
         int role;
         QByteArray property;

@@ -17,7 +17,8 @@ class QUILLON_EXPORT CScrollBarDelegate : public QObject
 {
     Q_OBJECT
 public:
-    explicit CScrollBarDelegate(QAbstractScrollArea *area, Qt::Orientations orientations = Qt::Vertical | Qt::Horizontal);
+    explicit CScrollBarDelegate(QAbstractScrollArea *area,
+                                Qt::Orientations orientations = Qt::Vertical | Qt::Horizontal);
     ~CScrollBarDelegate() override;
 
     CScrollBar *GetVerticalScrollBar() const;

@@ -143,8 +143,8 @@ void TestFishEyeView::keysSteerTheSubViewNotTheDevice()
 {
     CFishEyeView *fishEye = open();
     QVERIFY(fishEye);
-    auto *device = qobject_cast<ptz_devices::CSimulatedCamera *>(
-        ZephPluginManager::CDriverTestAccess::GetDriver(kFishEye));
+    auto *device =
+        qobject_cast<ptz_devices::CSimulatedCamera *>(ZephPluginManager::CDriverTestAccess::GetDriver(kFishEye));
     QVERIFY(device);
     device->clearRequestLog();
     CWorkbenchWindow *window = m_fx.window();

@@ -11,8 +11,8 @@ private slots:
         const int line = __LINE__ + 1;
         ZEPH_LOG_INFO("DPR is %f", 1.5);
         const QString logged = Tarn::Base::LastLogLine();
-        const QString expected
-            = QStringLiteral("[%1(%2)] - DPR is 1.500000").arg(QString::fromLatin1(Q_FUNC_INFO)).arg(line);
+        const QString expected =
+            QStringLiteral("[%1(%2)] - DPR is 1.500000").arg(QString::fromLatin1(Q_FUNC_INFO)).arg(line);
         QCOMPARE(logged, expected);
         QVERIFY(logged.contains(QLatin1String("TestLogging::lineStartsWithFunctionAndLine")));
     }

@@ -30,8 +30,8 @@ private Q_SLOTS:
         CMemoryDeviceStateStore store;
         QObject parent;
         QString error;
-        IPtzDriver *driver = CDriverFactory::create(
-            QStringLiteral("simulated"), model, QStringLiteral("cam-7"), &clock, &store, &parent, &error);
+        IPtzDriver *driver = CDriverFactory::create(QStringLiteral("simulated"), model, QStringLiteral("cam-7"), &clock,
+                                                    &store, &parent, &error);
         QVERIFY2(driver, qPrintable(error));
         QCOMPARE(driver->parent(), &parent);
         QCOMPARE(driver->cameraId(), QStringLiteral("cam-7"));
@@ -61,13 +61,13 @@ private Q_SLOTS:
     void registeredKindIsUsed()
     {
         DriverConfig seen;
-        CDriverFactory::registerKind(QStringLiteral("network-test"), { QStringLiteral("any") },
-            [&seen](const DriverConfig &config, QString *) -> IPtzDriver * {
-                seen = config;
-                // Stand-in for a network driver: reuse the simulation.
-                return new CSimulatedCamera(
-                    config.cameraId, QStringLiteral("speed-dome"), nullptr, nullptr, config.parent);
-            });
+        CDriverFactory::registerKind(QStringLiteral("network-test"), {QStringLiteral("any")},
+                                     [&seen](const DriverConfig &config, QString *) -> IPtzDriver * {
+                                         seen = config;
+                                         // Stand-in for a network driver: reuse the simulation.
+                                         return new CSimulatedCamera(config.cameraId, QStringLiteral("speed-dome"),
+                                                                     nullptr, nullptr, config.parent);
+                                     });
         DriverConfig config;
         config.kind = QStringLiteral("network-test");
         config.model = QStringLiteral("any");

@@ -35,7 +35,10 @@ private:
         m_queue->enqueue(entry);
         return id;
     }
-    quint64 move(int axes) { return add(axes == Queue::ZoomAxis ? DriverOperation::Zoom : DriverOperation::MovePanTilt, axes, false, true); }
+    quint64 move(int axes)
+    {
+        return add(axes == Queue::ZoomAxis ? DriverOperation::Zoom : DriverOperation::MovePanTilt, axes, false, true);
+    }
     quint64 stop(int axes) { return add(DriverOperation::StopPanTilt, axes, true, false); }
     void answer(quint64 id, bool ok = true)
     {
@@ -68,7 +71,8 @@ private Q_SLOTS:
         QTest::addColumn<bool>("superseded");
         QTest::newRow("pan stop, pan move") << int(Queue::PanTiltAxis) << int(Queue::PanTiltAxis) << true;
         QTest::newRow("zoom stop, zoom move") << int(Queue::ZoomAxis) << int(Queue::ZoomAxis) << true;
-        QTest::newRow("stop all, zoom move") << int(Queue::ZoomAxis) << int(Queue::PanTiltAxis | Queue::ZoomAxis) << true;
+        QTest::newRow("stop all, zoom move")
+            << int(Queue::ZoomAxis) << int(Queue::PanTiltAxis | Queue::ZoomAxis) << true;
         QTest::newRow("pan stop, zoom move") << int(Queue::ZoomAxis) << int(Queue::PanTiltAxis) << false;
         QTest::newRow("zoom stop, pan move") << int(Queue::PanTiltAxis) << int(Queue::ZoomAxis) << false;
     }

@@ -99,7 +99,8 @@ private:
     DriverReply await(quint64 id)
     {
         const auto count = [this, id] {
-            return std::count_if(m_replies.begin(), m_replies.end(), [id](const DriverReply &r) { return r.requestId == id; });
+            return std::count_if(m_replies.begin(), m_replies.end(),
+                                 [id](const DriverReply &r) { return r.requestId == id; });
         };
         [&] { QTRY_COMPARE_WITH_TIMEOUT(count(), 1l, 15000); }();
         for (const DriverReply &r : m_replies) {
@@ -272,7 +273,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("error");
         QTest::newRow("wrong password") << QStringLiteral("guess") << QString() << QStringLiteral("not authorized");
-        QTest::newRow("busy") << kPassword << QStringLiteral("The camera is busy") << QStringLiteral("the camera is busy");
+        QTest::newRow("busy") << kPassword << QStringLiteral("The camera is busy")
+                              << QStringLiteral("the camera is busy");
         QTest::newRow("other fault") << kPassword << QStringLiteral("Motor jammed")
                                      << QStringLiteral("the camera refused the request: Motor jammed Sender");
     }
@@ -383,7 +385,9 @@ private Q_SLOTS:
         QTRY_VERIFY(m_driver->isConnected());
         QVERIFY(await(m_driver->listPresets()).ok);
         // The late answers to the failed requests were not delivered again.
-        QCOMPARE(std::count_if(m_replies.begin(), m_replies.end(), [id](const DriverReply &x) { return x.requestId == id; }), 1l);
+        QCOMPARE(
+            std::count_if(m_replies.begin(), m_replies.end(), [id](const DriverReply &x) { return x.requestId == id; }),
+            1l);
     }
 
     void tapsUnderLatencyKeepOrderAndEveryStop()

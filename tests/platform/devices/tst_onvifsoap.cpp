@@ -75,11 +75,14 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("details");
         QTest::addColumn<QString>("text");
-        QTest::newRow("subcode") << QStringLiteral("Sender not Authorized env:Sender ter:NotAuthorized") << QStringLiteral("not authorized");
+        QTest::newRow("subcode") << QStringLiteral("Sender not Authorized env:Sender ter:NotAuthorized")
+                                 << QStringLiteral("not authorized");
         QTest::newRow("http") << QStringLiteral("Host requires authentication") << QStringLiteral("not authorized");
-        QTest::newRow("no token") << QStringLiteral("ter:InvalidArgVal ter:NoToken") << QStringLiteral("no such preset");
+        QTest::newRow("no token") << QStringLiteral("ter:InvalidArgVal ter:NoToken")
+                                  << QStringLiteral("no such preset");
         QTest::newRow("busy") << QStringLiteral("Device busy") << QStringLiteral("the camera is busy");
-        QTest::newRow("other") << QStringLiteral("Motor fault") << QStringLiteral("the camera refused the request: Motor fault");
+        QTest::newRow("other") << QStringLiteral("Motor fault")
+                               << QStringLiteral("the camera refused the request: Motor fault");
         QTest::newRow("empty") << QString() << QStringLiteral("the camera refused the request");
     }
     void faultsReadAsSentences()

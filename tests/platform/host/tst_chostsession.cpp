@@ -20,7 +20,7 @@ private Q_SLOTS:
     void cleanup() { CHostSession::Stop(); }
     void start_data()
     {
-        QTest::addColumn<QString>("file"); // "good", "garbage"
+        QTest::addColumn<QString>("file");    // "good", "garbage"
         QTest::addColumn<QString>("userArg"); // appended as --user
         QTest::addColumn<bool>("fallback");
         QTest::addColumn<int>("messages");
@@ -52,7 +52,7 @@ private Q_SLOTS:
             QVERIFY(f.open(QIODevice::WriteOnly));
             f.write(QByteArray(4096, '\x5a'));
         }
-        QStringList args { QStringLiteral("ptz-workbench"), QStringLiteral("--site"), path };
+        QStringList args{QStringLiteral("ptz-workbench"), QStringLiteral("--site"), path};
         if (!userArg.isEmpty())
             args << QStringLiteral("--user") << userArg;
 

@@ -43,7 +43,7 @@ private slots:
             QStringLiteral("held by admin"), &parent);
         QVERIFY(notice);
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(Notices(), QList<QWidget *> { notice.data() });
+        QCOMPARE(Notices(), QList<QWidget *>{notice.data()});
         QVERIFY(notice->isWindow());
         QVERIFY(notice->windowFlags() & Qt::FramelessWindowHint);
         auto *label = notice->findChild<QLabel *>(QLatin1String(CInformationMgr::NoticeTextObjectName()));
@@ -67,10 +67,10 @@ private slots:
     void newNoticeReplacesTheOldOne()
     {
         CInformationMgr::Instance()->SetDisplayDuration(60000);
-        QPointer<QWidget> first
-            = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("one"));
-        QPointer<QWidget> second
-            = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("two"));
+        QPointer<QWidget> first =
+            CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("one"));
+        QPointer<QWidget> second =
+            CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("two"));
         QTRY_VERIFY(first.isNull());
         QVERIFY(second);
         QCOMPARE(Notices().size(), 1);
@@ -81,8 +81,8 @@ private slots:
         CInformationMgr::Instance()->SetDisplayDuration(60000);
         auto *parent = new QWidget;
         parent->show();
-        QPointer<QWidget> notice
-            = CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("x"), parent);
+        QPointer<QWidget> notice =
+            CInformationMgr::Instance()->ShowInformationAtScreenRightBottom_V3(QStringLiteral("x"), parent);
         delete parent;
         QVERIFY(notice.isNull());
     }

@@ -60,7 +60,7 @@ private slots:
         QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageTipAsked);
         const int result = Mgr()->ShowMessageTip(QStringLiteral("ConfirmToDelete"));
         QCOMPARE(result == CNomalMessageManager::AnswerConfirm, confirmed);
-        QCOMPARE(asked, QStringList { QStringLiteral("ConfirmToDelete") });
+        QCOMPARE(asked, QStringList{QStringLiteral("ConfirmToDelete")});
         QCOMPARE(spy.count(), 1);
         QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("ConfirmToDelete"));
     }
@@ -73,8 +73,8 @@ private slots:
         });
         QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageShown);
         QWidget parent;
-        QCOMPARE(
-            Mgr()->ShowMessage(QStringLiteral("out of range"), CNomalMessageManager::LevelInformation, &parent), 1);
+        QCOMPARE(Mgr()->ShowMessage(QStringLiteral("out of range"), CNomalMessageManager::LevelInformation, &parent),
+                 1);
         QCOMPARE(calls, 1);
         QCOMPARE(spy.count(), 1);
         QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("out of range"));

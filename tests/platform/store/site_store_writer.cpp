@@ -46,9 +46,9 @@ int main(int argc, char **argv)
     }
     const QByteArray padding(512, 'x');
     for (int i = 1;; ++i) {
-        QJsonObject row { { QStringLiteral("i"), i }, { QStringLiteral("pad"), QString::fromLatin1(padding) } };
+        QJsonObject row{{QStringLiteral("i"), i}, {QStringLiteral("pad"), QString::fromLatin1(padding)}};
         if (!store->setDeviceState(QStringLiteral("crash"), QStringLiteral("row-%1").arg(i, 8, 10, QLatin1Char('0')),
-                QJsonDocument(row).toJson(QJsonDocument::Compact))) {
+                                   QJsonDocument(row).toJson(QJsonDocument::Compact))) {
             std::fprintf(stderr, "%s\n", qPrintable(store->lastError()));
             return 1;
         }

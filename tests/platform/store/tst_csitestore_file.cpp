@@ -61,8 +61,8 @@ private:
             db.setDatabaseName(path);
             QSqlQuery q(db);
             ok = db.open() && q.exec(QStringLiteral("CREATE TABLE songs (title TEXT)"))
-                && q.exec(QStringLiteral("INSERT INTO songs VALUES ('one')"))
-                && q.exec(QStringLiteral("PRAGMA application_id = %1").arg(applicationId));
+                 && q.exec(QStringLiteral("INSERT INTO songs VALUES ('one')"))
+                 && q.exec(QStringLiteral("PRAGMA application_id = %1").arg(applicationId));
             db.close();
         }
         QSqlDatabase::removeDatabase(QStringLiteral("foreign"));

@@ -22,7 +22,7 @@ private slots:
     {
         QFETCH(int, page);
         QWidget host;
-        QWidget *pages[3] = { new QWidget(&host), new QWidget(&host), new QWidget(&host) };
+        QWidget *pages[3] = {new QWidget(&host), new QWidget(&host), new QWidget(&host)};
         CDataObjectMapper mapper;
         for (int i = 0; i < 3; ++i)
             mapper.AddMapping(pages[i], 1257 + i);
@@ -48,7 +48,7 @@ private slots:
         mapper.AddMapping(b, 1);
         host.show();
         QVERIFY(QTest::qWaitForWindowExposed(&host));
-        mapper.SetData({ { 0, true }, { 1, false } });
+        mapper.SetData({{0, true}, {1, false}});
 
         int bothVisible = 0;
         connect(&mapper, &CDataObjectMapper::SignalDataChanged, this, [&] {
@@ -56,10 +56,10 @@ private slots:
                 ++bothVisible;
         });
         // The role showing b sorts after a's role, yet a must be hidden first.
-        mapper.SetData({ { 0, 0 }, { 1, 1 } });
+        mapper.SetData({{0, 0}, {1, 1}});
         QVERIFY(!a->isVisible());
         QVERIFY(b->isVisible());
-        mapper.SetData({ { 0, 1 }, { 1, 0 } });
+        mapper.SetData({{0, 1}, {1, 0}});
         QVERIFY(a->isVisible());
         QCOMPARE(bothVisible, 0);
     }

@@ -55,13 +55,13 @@ private slots:
     void sortsTextInNaturalOrder()
     {
         QStandardItemModel source;
-        for (const char *name : { "Preset10", "preset2", "Preset1", "Home", "Preset3" })
+        for (const char *name : {"Preset10", "preset2", "Preset1", "Home", "Preset3"})
             source.appendRow(new QStandardItem(QString::fromLatin1(name)));
         CSortFilterModel proxy;
         QAbstractItemModelTester tester(&proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
         proxy.setSourceModel(&source);
         proxy.sort(0, Qt::AscendingOrder);
-        QCOMPARE(Column(proxy, 0), QStringList({ "Home", "Preset1", "preset2", "Preset3", "Preset10" }));
+        QCOMPARE(Column(proxy, 0), QStringList({"Home", "Preset1", "preset2", "Preset3", "Preset10"}));
         proxy.sort(0, Qt::DescendingOrder);
         QCOMPARE(Column(proxy, 0).first(), QStringLiteral("Preset10"));
     }
@@ -69,8 +69,8 @@ private slots:
     {
         QTest::addColumn<Qt::SortOrder>("order");
         QTest::addColumn<QStringList>("names");
-        QTest::newRow("ascending") << Qt::AscendingOrder << QStringList({ "a1", "b2", "c1", "c2", "c10" });
-        QTest::newRow("descending") << Qt::DescendingOrder << QStringList({ "c10", "c2", "c1", "b2", "a1" });
+        QTest::newRow("ascending") << Qt::AscendingOrder << QStringList({"a1", "b2", "c1", "c2", "c10"});
+        QTest::newRow("descending") << Qt::DescendingOrder << QStringList({"c10", "c2", "c1", "b2", "a1"});
     }
     void secondaryColumnBreaksTies()
     {
@@ -78,11 +78,11 @@ private slots:
         QFETCH(QStringList, names);
         // Column 0 the group (ties), column 1 a number that orders within a group.
         QStandardItemModel source;
-        const QList<QPair<QString, int>> rows = { { "c", 10 }, { "a", 1 }, { "c", 1 }, { "b", 2 }, { "c", 2 } };
+        const QList<QPair<QString, int>> rows = {{"c", 10}, {"a", 1}, {"c", 1}, {"b", 2}, {"c", 2}};
         for (const auto &row : rows) {
             auto *number = new QStandardItem;
             number->setData(row.second, Qt::DisplayRole);
-            source.appendRow({ new QStandardItem(row.first), number });
+            source.appendRow({new QStandardItem(row.first), number});
         }
         CSecondarySortFilterModel proxy;
         QAbstractItemModelTester tester(&proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
@@ -97,8 +97,8 @@ private slots:
     void filterAndSortStayConsistent()
     {
         QStandardItemModel source;
-        for (const char *name : { "Preset12", "PRESET", "Gate", "preset3" })
-            source.appendRow({ new QStandardItem(QString::fromLatin1(name)), new QStandardItem(QStringLiteral("x")) });
+        for (const char *name : {"Preset12", "PRESET", "Gate", "preset3"})
+            source.appendRow({new QStandardItem(QString::fromLatin1(name)), new QStandardItem(QStringLiteral("x"))});
         CSecondarySortFilterModel proxy;
         QAbstractItemModelTester tester(&proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
         proxy.setSourceModel(&source);
@@ -107,9 +107,9 @@ private slots:
         proxy.setFilterKeyColumn(0);
         proxy.sort(0);
         proxy.setFilterFixedString(QStringLiteral("pre"));
-        QCOMPARE(Column(proxy, 0), QStringList({ "PRESET", "preset3", "Preset12" }));
+        QCOMPARE(Column(proxy, 0), QStringList({"PRESET", "preset3", "Preset12"}));
         source.appendRow(new QStandardItem(QStringLiteral("Preset1")));
-        QCOMPARE(Column(proxy, 0), QStringList({ "PRESET", "Preset1", "preset3", "Preset12" }));
+        QCOMPARE(Column(proxy, 0), QStringList({"PRESET", "Preset1", "preset3", "Preset12"}));
         source.removeRow(0);
         QCOMPARE(proxy.rowCount(), 3);
     }

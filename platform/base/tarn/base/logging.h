@@ -20,7 +20,5 @@ TARN_BASE_EXPORT QString LastLogLine();
 } // namespace Tarn
 
 // Every line starts with "[<qualified function>(<line>)] - ".
-#define ZEPH_LOG_INFO(fmt, ...) \
-    ::Tarn::Base::LogInfo("[%s(%d)] - " fmt, Q_FUNC_INFO, __LINE__, ##__VA_ARGS__)
-#define ZEPH_LOG_WARN(fmt, ...) \
-    ::Tarn::Base::LogWarning("[%s(%d)] - " fmt, Q_FUNC_INFO, __LINE__, ##__VA_ARGS__)
+#define ZEPH_LOG_INFO(fmt, ...) ::Tarn::Base::LogInfo("[%s(%d)] - " fmt, Q_FUNC_INFO, __LINE__, ##__VA_ARGS__)
+#define ZEPH_LOG_WARN(fmt, ...) ::Tarn::Base::LogWarning("[%s(%d)] - " fmt, Q_FUNC_INFO, __LINE__, ##__VA_ARGS__)
