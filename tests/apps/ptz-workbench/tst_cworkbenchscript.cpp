@@ -87,8 +87,8 @@ void TestWorkbenchScript::fileBytes_data()
     QTest::addColumn<int>("actions"); // -1: refused
     QTest::addColumn<QString>("error");
     QTest::newRow("tabs and spaces") << QByteArray("select\t1\n\tpress  \t up\r\nrelease up\n") << 3 << QString();
-    QTest::newRow("NUL hides the release")
-        << QByteArray("press up\nwait 5\x00x\nrelease up\n", 31) << -1 << "line 2 contains a NUL";
+    static const char withNul[] = "press up\nwait 5\x00x\nrelease up\n";
+    QTest::newRow("NUL hides the release") << QByteArray(withNul, sizeof(withNul) - 1) << -1 << "line 2 contains a NUL";
     QTest::newRow("broken UTF-8") << QByteArray("press up\n\n# caf\xc3\n") << -1 << "line 3 is not valid UTF-8";
     QTest::newRow("UTF-8 comment is fine") << QByteArray("press up # caf\xc3\xa9\nrelease up") << 2 << QString();
     QTest::newRow("long line is cut in the message") << QByteArray("jump ") + QByteArray(5000, 'y') << -1

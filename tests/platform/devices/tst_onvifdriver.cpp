@@ -305,7 +305,8 @@ private Q_SLOTS:
         QTest::newRow("malformed xml") << httpAnswer("200 OK", "<Envelope><Body><GetServicesResponse>");
         QTest::newRow("empty body") << httpAnswer("200 OK", QByteArray());
         QTest::newRow("10 MB") << httpAnswer("200 OK", QByteArray(10 * 1024 * 1024, 'x'));
-        QTest::newRow("not http") << QByteArray("\x00\x01garbage\r\n\r\n", 15);
+        static const char notHttp[] = "\x00\x01garbage\r\n\r\n";
+        QTest::newRow("not http") << QByteArray(notHttp, sizeof(notHttp) - 1);
         QTest::newRow("unreachable") << QByteArray();
     }
     void brokenCameraGivesAReadableFailure()
