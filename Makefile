@@ -26,8 +26,8 @@ test: build
 	@$(MAKE) -s format-check
 
 # Address and undefined-behaviour sanitizers over the whole suite, in its own build dir.
-# Known leaks of Qt's offscreen plug-in and of system libraries are listed in scripts/lsan.supp;
-# allocation stacks are unwound in full so that those lines match. The package test is left out:
+# Known leaks of Qt's offscreen plug-in and of system libraries are listed in scripts/lsan.supp.
+# The package test is left out:
 # it builds a host of its own without the sanitizers against the installed libraries.
 SAN_BUILD ?= build-sanitize
 CCACHE    := $(shell command -v ccache)
@@ -39,7 +39,7 @@ test-sanitize: deps
 	  -DCMAKE_EXE_LINKER_FLAGS="$(SAN_FLAGS)" -DCMAKE_SHARED_LINKER_FLAGS="$(SAN_FLAGS)"
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && QT_QPA_PLATFORM=offscreen \
-	  ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:halt_on_error=1:fast_unwind_on_malloc=0 \
+	  ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:halt_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp:print_suppressions=0 \
 	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1:suppressions=$(CURDIR)/scripts/ubsan.supp \
 	  ctest --output-on-failure -j $(JOBS) -E '^tst_package$$'
