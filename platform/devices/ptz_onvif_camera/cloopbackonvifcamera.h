@@ -101,6 +101,7 @@ private:
     void getStatus(const KDSoapMessage &request, const Responder &respond);
     void getPresets(const KDSoapMessage &request, const Responder &respond);
     void setPreset(const KDSoapMessage &request, const Responder &respond);
+    int knownPreset(const KDSoapMessage &request, const Responder &respond);
     void gotoPreset(const KDSoapMessage &request, const Responder &respond);
     void removePreset(const KDSoapMessage &request, const Responder &respond);
     void sendAuxiliaryCommand(const KDSoapMessage &request, const Responder &respond);

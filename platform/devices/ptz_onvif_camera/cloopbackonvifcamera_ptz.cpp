@@ -183,30 +183,28 @@ void CLoopbackOnvifCamera::setPreset(const KDSoapMessage &request, const Respond
     });
 }
 
-void CLoopbackOnvifCamera::gotoPreset(const KDSoapMessage &request, const Responder &respond)
+// The number of the request's preset token, or 0 after answering the fault for an unknown one.
+int CLoopbackOnvifCamera::knownPreset(const KDSoapMessage &request, const Responder &respond)
 {
     const int number = presetNumber(ov::text(ov::child(request, QStringLiteral("PresetToken"))));
     const QVector<DevicePreset> presets = m_camera->presets();
-    const bool known =
-        std::any_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; });
-    if (!known) {
+    if (std::none_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; })) {
         answerFault(respond, kNoPreset);
-        return;
+        return 0;
     }
-    afterCamera(m_camera->gotoPreset(number), respond, ov::kPtzNs, QStringLiteral("GotoPreset"));
+    return number;
+}
+
+void CLoopbackOnvifCamera::gotoPreset(const KDSoapMessage &request, const Responder &respond)
+{
+    if (const int number = knownPreset(request, respond))
+        afterCamera(m_camera->gotoPreset(number), respond, ov::kPtzNs, QStringLiteral("GotoPreset"));
 }
 
 void CLoopbackOnvifCamera::removePreset(const KDSoapMessage &request, const Responder &respond)
 {
-    const int number = presetNumber(ov::text(ov::child(request, QStringLiteral("PresetToken"))));
-    const QVector<DevicePreset> presets = m_camera->presets();
-    const bool known =
-        std::any_of(presets.begin(), presets.end(), [number](const DevicePreset &p) { return p.number == number; });
-    if (!known) {
-        answerFault(respond, kNoPreset);
-        return;
-    }
-    afterCamera(m_camera->removePreset(number), respond, ov::kPtzNs, QStringLiteral("RemovePreset"));
+    if (const int number = knownPreset(request, respond))
+        afterCamera(m_camera->removePreset(number), respond, ov::kPtzNs, QStringLiteral("RemovePreset"));
 }
 
 void CLoopbackOnvifCamera::sendAuxiliaryCommand(const KDSoapMessage &request, const Responder &respond)
