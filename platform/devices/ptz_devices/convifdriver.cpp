@@ -145,14 +145,6 @@ void COnvifDriver::soap(int service, const KDSoapMessage &request,
 }
 
 // Functions the protocol has no counterpart for on this driver.
-quint64 COnvifDriver::iris(int direction, int)
-{
-    return unsupported(DriverOperation::Iris, direction);
-}
-quint64 COnvifDriver::oneKeyFocus()
-{
-    return unsupported(DriverOperation::OneKeyFocus);
-}
 quint64 COnvifDriver::initLens()
 {
     return unsupported(DriverOperation::LensInit);

@@ -12,6 +12,7 @@
 #include <functional>
 
 class KDSoapMessage;
+class KDSoapValue;
 class QTimer;
 
 namespace ptz_devices {
@@ -109,6 +110,10 @@ private:
         QStringList auxiliary;
         int maxTimeoutMs = 0; // 0: unknown
         int maxTours = 0;     // preset tours the camera keeps (0: none)
+        double irisMin = 0.0; // exposure iris range; none when min == max
+        double irisMax = 0.0;
+        double irisValue = 0.0; // last iris this driver read or set
+        bool autoFocus = false; // one-key focus: the camera can switch to automatic focus
     };
     using Step = std::function<void(const KDSoapMessage &reply)>;
 
@@ -128,6 +133,8 @@ private:
     void readProfiles(const KDSoapMessage &reply);
     void readNodes(const KDSoapMessage &reply);
     void readOptions(const KDSoapMessage &reply);
+    void readImagingOptions(const KDSoapMessage &reply);
+    void readImagingSettings(const KDSoapMessage &reply);
     void connected();
     void connectFailed(const QString &error, bool authorisation);
     void connectionLost(const QString &error);
@@ -152,6 +159,12 @@ private:
     void pollStatus();
     QVariant readStatus(const KDSoapMessage &reply);
 
+    // Focus and iris through the imaging service (convifdriver_imaging.cpp).
+    using Completion = std::function<void(bool, const QString &, const QVariant &)>;
+    bool hasIris() const;
+    quint64 irisStep(bool internal);
+    void setImagingSettings(const KDSoapValue &setting, const Completion &done);
+
     // Presets and auxiliaries (convifdriver_presets.cpp).
     QVariant readPresets(const KDSoapMessage &reply);
     QString presetToken(int number) const;
@@ -159,7 +172,6 @@ private:
     quint64 auxiliary(DriverOperation operation, bool on, const QString &onCommand, const QString &offCommand);
 
     // Patrols as preset tours (convifdriver_tours.cpp).
-    using Completion = std::function<void(bool, const QString &, const QVariant &)>;
     quint64 tourRequest(DriverOperation operation, int number, const std::function<void(const Completion &)> &send);
     void fetchTours(const std::function<void(bool, const QString &, const QVector<DevicePatrol> &)> &done);
     QVector<DevicePatrol> readTours(const KDSoapMessage &reply);
@@ -190,6 +202,7 @@ private:
     int m_moveTimeoutMs = 3000;
     Move m_heldPanTilt;
     Move m_heldZoom;
+    Move m_heldIris; // stepped while held
 
     QTimer *m_pollTimer = nullptr;
     bool m_polling = false;

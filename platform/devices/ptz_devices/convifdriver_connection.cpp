@@ -164,7 +164,15 @@ void COnvifDriver::readOptions(const KDSoapMessage &reply)
 {
     const KDSoapValue max = ov::path(ov::find(reply, QStringLiteral("PTZTimeout")), {QStringLiteral("Max")});
     m_profile.maxTimeoutMs = std::max(0, ov::durationMs(ov::text(max)));
-    connected();
+    if (m_client->address(Service::Imaging).isEmpty() || m_profile.videoSourceToken.isEmpty()) {
+        connected();
+        return;
+    }
+    KDSoapValueList args;
+    args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
+    connectStep(
+        int(Service::Imaging), ov::body(ov::kImagingNs, QStringLiteral("GetOptions"), args),
+        [this](const KDSoapMessage &r) { readImagingOptions(r); }, true);
 }
 
 DriverCapabilities COnvifDriver::capabilitiesFromProfile() const
@@ -217,6 +225,7 @@ void COnvifDriver::connectionLost(const QString &error)
     m_renewTimer->stop();
     m_heldPanTilt = Move();
     m_heldZoom = Move();
+    m_heldIris = Move();
     m_pollTimer->stop();
     m_queue->setMode(COnvifRequestQueue::Mode::Refusing, error);
     if (wasConnected) {

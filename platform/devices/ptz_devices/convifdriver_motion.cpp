@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-// Continuous moves with their dead-man timeout, stops, focus and status.
+// Continuous moves with their dead-man timeout, stops and status.
 namespace ptz_devices {
 
 namespace ov = onvif;
@@ -117,7 +117,7 @@ quint64 COnvifDriver::zoom(int direction, int speed)
 
 void COnvifDriver::renewHeldMoves()
 {
-    if (!m_connected || (!m_heldPanTilt.isHeld() && !m_heldZoom.isHeld())) {
+    if (!m_connected || (!m_heldPanTilt.isHeld() && !m_heldZoom.isHeld() && !m_heldIris.isHeld())) {
         m_renewTimer->stop();
         return;
     }
@@ -126,28 +126,9 @@ void COnvifDriver::renewHeldMoves()
         continuousMove(DriverOperation::MovePanTilt, m_heldPanTilt, true);
     if (m_heldZoom.isHeld() && !m_queue->hasWaiting(DriverOperation::Zoom))
         continuousMove(DriverOperation::Zoom, m_heldZoom, true);
-}
-
-quint64 COnvifDriver::focus(int direction, int speed)
-{
-    if (m_connected && m_client->address(COnvifClient::Service::Imaging).isEmpty())
-        return unsupported(DriverOperation::Focus, direction);
-    const bool stop = direction == 0 || speed <= 0;
-    const double v =
-        stop ? 0.0 : ov::velocityFromSpeed(direction, std::clamp(speed, 1, m_caps.maxSpeed), m_caps.maxSpeed, 1.0);
-    const auto send = [this, stop, v](const auto &done) {
-        KDSoapValueList args;
-        args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
-        if (!stop) {
-            const KDSoapValue speedValue = ov::element(ov::kSchemaNs, QStringLiteral("Speed"), v);
-            const KDSoapValue continuous =
-                ov::element(ov::kSchemaNs, QStringLiteral("Continuous"), KDSoapValueList{} << speedValue);
-            args << ov::element(ov::kImagingNs, QStringLiteral("Focus"), KDSoapValueList{} << continuous);
-        }
-        soap(int(COnvifClient::Service::Imaging),
-             ov::body(ov::kImagingNs, stop ? QStringLiteral("Stop") : QStringLiteral("Move"), args), done);
-    };
-    return submit(DriverOperation::Focus, direction, Axis::FocusAxis, stop, !stop, send);
+    // The iris has no continuous move: a held button opens or closes it a step at a time.
+    if (m_heldIris.isHeld() && !m_queue->hasWaiting(DriverOperation::Iris))
+        irisStep(true);
 }
 
 quint64 COnvifDriver::stopActivity()

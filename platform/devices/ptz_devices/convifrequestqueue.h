@@ -23,7 +23,7 @@ class PTZ_DEVICES_EXPORT COnvifRequestQueue : public QObject
 {
     Q_OBJECT
 public:
-    enum Axis { NoAxis = 0, PanTiltAxis = 1, ZoomAxis = 2, FocusAxis = 4 };
+    enum Axis { NoAxis = 0, PanTiltAxis = 1, ZoomAxis = 2, FocusAxis = 4, IrisAxis = 8 };
     // Answers the request: ok, or a readable error; `result` as in DriverReply.
     using Completion = std::function<void(bool ok, const QString &error, const QVariant &result)>;
     using Sender = std::function<void(const Completion &done)>;

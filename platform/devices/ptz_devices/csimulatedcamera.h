@@ -77,6 +77,8 @@ public:
     quint64 zoom(int direction, int speed) override;
     quint64 focus(int direction, int speed) override;
     quint64 iris(int direction, int speed) override;
+    // Sets the iris at once (0 closed .. 1 open), as a camera's exposure setting does.
+    quint64 setIrisLevel(double level);
     quint64 setLight(bool on) override;
     quint64 setWiper(bool on) override;
     quint64 oneKeyFocus() override;

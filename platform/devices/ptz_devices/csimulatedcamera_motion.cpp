@@ -81,6 +81,16 @@ quint64 CSimulatedCamera::iris(int direction, int speed)
     return enqueueLensMove(DriverOperation::Iris, direction, speed, &m_irisDir, &m_irisSpeed);
 }
 
+quint64 CSimulatedCamera::setIrisLevel(double level)
+{
+    return enqueue(DriverOperation::Iris, {level}, 0, [this, level](DriverReply &reply) {
+        if (!checkAbility(AbilityPtz, reply))
+            return;
+        m_irisDir = m_irisSpeed = 0;
+        m_iris = qBound(0.0, level, 1.0);
+    });
+}
+
 // Focus and iris move alike: held at a speed until stopped, interrupting nothing.
 quint64 CSimulatedCamera::enqueueLensMove(DriverOperation operation, int direction, int speed, int *axisDirection,
                                           int *axisSpeed)

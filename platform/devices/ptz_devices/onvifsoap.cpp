@@ -27,6 +27,13 @@ KDSoapValue element(const QString &ns, const QString &name, const QList<KDSoapVa
     return v;
 }
 
+KDSoapValue range(const QString &name, double min, double max)
+{
+    return element(kSchemaNs, name,
+                   KDSoapValueList{} << element(kSchemaNs, QStringLiteral("Min"), min)
+                                     << element(kSchemaNs, QStringLiteral("Max"), max));
+}
+
 KDSoapValue attribute(const QString &name, const QVariant &value)
 {
     return KDSoapValue(name, value);

@@ -45,6 +45,8 @@ inline const QString kWiperOff = QStringLiteral("tt:Wiper|Off");
 // A qualified element with a text value or with children.
 PTZ_DEVICES_EXPORT KDSoapValue element(const QString &ns, const QString &name, const QVariant &value = QVariant());
 PTZ_DEVICES_EXPORT KDSoapValue element(const QString &ns, const QString &name, const QList<KDSoapValue> &children);
+// A schema element with Min and Max children, as ranges are reported.
+PTZ_DEVICES_EXPORT KDSoapValue range(const QString &name, double min, double max);
 PTZ_DEVICES_EXPORT KDSoapValue attribute(const QString &name, const QVariant &value);
 // A request or response body: the operation element of a service namespace.
 PTZ_DEVICES_EXPORT KDSoapMessage body(const QString &ns, const QString &name,

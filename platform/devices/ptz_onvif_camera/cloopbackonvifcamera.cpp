@@ -204,6 +204,9 @@ void CLoopbackOnvifCamera::registerHandlers()
     add(ov::kPtzPath, "RemovePresetTour", &CLoopbackOnvifCamera::removePresetTour);
     add(ov::kImagingPath, "Move", &CLoopbackOnvifCamera::imagingMove);
     add(ov::kImagingPath, "Stop", &CLoopbackOnvifCamera::imagingStop);
+    add(ov::kImagingPath, "GetOptions", &CLoopbackOnvifCamera::getImagingOptions);
+    add(ov::kImagingPath, "GetImagingSettings", &CLoopbackOnvifCamera::getImagingSettings);
+    add(ov::kImagingPath, "SetImagingSettings", &CLoopbackOnvifCamera::setImagingSettings);
 }
 
 } // namespace ptz_onvif_camera

@@ -116,6 +116,9 @@ private:
     // Imaging service.
     void imagingMove(const KDSoapMessage &request, const Responder &respond);
     void imagingStop(const KDSoapMessage &request, const Responder &respond);
+    void getImagingOptions(const KDSoapMessage &request, const Responder &respond);
+    void getImagingSettings(const KDSoapMessage &request, const Responder &respond);
+    void setImagingSettings(const KDSoapMessage &request, const Responder &respond);
 
     // WS-Discovery responder.
     bool startDiscovery(QString *error);

@@ -23,13 +23,6 @@ KDSoapValue withToken(KDSoapValue value, const QString &token)
     return value;
 }
 
-KDSoapValue range(const QString &name, double min, double max)
-{
-    return ov::element(ov::kSchemaNs, name,
-                       KDSoapValueList{} << ov::element(ov::kSchemaNs, QStringLiteral("Min"), min)
-                                         << ov::element(ov::kSchemaNs, QStringLiteral("Max"), max));
-}
-
 } // namespace
 
 void CLoopbackOnvifCamera::getDeviceInformation(const KDSoapMessage &, const Responder &respond)
@@ -129,14 +122,14 @@ KDSoapValue CLoopbackOnvifCamera::ptzNode() const
         spaces << ov::element(ov::kSchemaNs, QStringLiteral("ContinuousPanTiltVelocitySpace"),
                               KDSoapValueList{}
                                   << ov::element(ov::kSchemaNs, QStringLiteral("URI"), ov::kVelocityGenericSpace)
-                                  << range(QStringLiteral("XRange"), -1.0, 1.0)
-                                  << range(QStringLiteral("YRange"), -1.0, 1.0));
+                                  << ov::range(QStringLiteral("XRange"), -1.0, 1.0)
+                                  << ov::range(QStringLiteral("YRange"), -1.0, 1.0));
     }
     if (hasZoom()) {
         spaces << ov::element(ov::kSchemaNs, QStringLiteral("ContinuousZoomVelocitySpace"),
                               KDSoapValueList{}
                                   << ov::element(ov::kSchemaNs, QStringLiteral("URI"), ov::kZoomVelocityGenericSpace)
-                                  << range(QStringLiteral("XRange"), -1.0, 1.0));
+                                  << ov::range(QStringLiteral("XRange"), -1.0, 1.0));
     }
     KDSoapValueList node;
     node << ov::element(ov::kSchemaNs, QStringLiteral("Name"), QStringLiteral("PTZ head"))

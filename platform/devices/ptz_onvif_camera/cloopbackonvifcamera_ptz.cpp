@@ -250,4 +250,47 @@ void CLoopbackOnvifCamera::imagingStop(const KDSoapMessage &, const Responder &r
     afterCamera(m_camera->focus(0, 0), respond, ov::kImagingNs, QStringLiteral("Stop"));
 }
 
+// The head's iris 0..1 is the exposure's iris range as it is; automatic focus is its one-key focus.
+void CLoopbackOnvifCamera::getImagingOptions(const KDSoapMessage &, const Responder &respond)
+{
+    const QList<KDSoapValue> focus{
+        ov::element(ov::kSchemaNs, QStringLiteral("AutoFocusModes"), QStringLiteral("AUTO")),
+        ov::element(ov::kSchemaNs, QStringLiteral("AutoFocusModes"), QStringLiteral("MANUAL"))};
+    const QList<KDSoapValue> exposure{ov::element(ov::kSchemaNs, QStringLiteral("Mode"), QStringLiteral("AUTO")),
+                                      ov::element(ov::kSchemaNs, QStringLiteral("Mode"), QStringLiteral("MANUAL")),
+                                      ov::range(QStringLiteral("Iris"), 0.0, 1.0)};
+    const QList<KDSoapValue> options{ov::element(ov::kSchemaNs, QStringLiteral("Exposure"), exposure),
+                                     ov::element(ov::kSchemaNs, QStringLiteral("Focus"), focus)};
+    answer(respond,
+           ov::body(ov::kImagingNs, QStringLiteral("GetOptionsResponse"),
+                    KDSoapValueList{} << ov::element(ov::kImagingNs, QStringLiteral("ImagingOptions"), options)));
+}
+
+void CLoopbackOnvifCamera::getImagingSettings(const KDSoapMessage &, const Responder &respond)
+{
+    const QList<KDSoapValue> exposure{ov::element(ov::kSchemaNs, QStringLiteral("Mode"), QStringLiteral("MANUAL")),
+                                      ov::element(ov::kSchemaNs, QStringLiteral("Iris"), m_camera->status().iris)};
+    const QList<KDSoapValue> settings{ov::element(ov::kSchemaNs, QStringLiteral("Exposure"), exposure)};
+    answer(respond,
+           ov::body(ov::kImagingNs, QStringLiteral("GetImagingSettingsResponse"),
+                    KDSoapValueList{} << ov::element(ov::kImagingNs, QStringLiteral("ImagingSettings"), settings)));
+}
+
+void CLoopbackOnvifCamera::setImagingSettings(const KDSoapMessage &request, const Responder &respond)
+{
+    const KDSoapValue settings = ov::child(request, QStringLiteral("ImagingSettings"));
+    const KDSoapValue iris = ov::path(settings, {QStringLiteral("Exposure"), QStringLiteral("Iris")});
+    const QString focusMode = ov::text(ov::path(settings, {QStringLiteral("Focus"), QStringLiteral("AutoFocusMode")}));
+    quint64 id = 0;
+    if (!iris.isNull())
+        id = m_camera->setIrisLevel(ov::text(iris).toDouble());
+    else if (focusMode == QLatin1String("AUTO"))
+        id = m_camera->oneKeyFocus();
+    if (id == 0) {
+        answerFault(respond, QStringLiteral("Only the iris and automatic focus can be set"));
+        return;
+    }
+    afterCamera(id, respond, ov::kImagingNs, QStringLiteral("SetImagingSettings"));
+}
+
 } // namespace ptz_onvif_camera

@@ -249,9 +249,10 @@ private Q_SLOTS:
         QVERIFY(list.result.value<QVector<DevicePatrol>>().isEmpty());
     }
 
-    void lightAndWiperAndFocus()
+    void lensAndSwitches()
     {
         openDriver();
+        m_driver->setMoveTimeout(300); // a held iris steps every 100 ms
         QVERIFY(await(m_driver->setLight(true)).ok);
         QVERIFY(await(m_driver->setWiper(true)).ok);
         QVERIFY(head()->status().light && head()->status().wiper);
@@ -265,6 +266,19 @@ private Q_SLOTS:
         const double stopped = head()->status().focus;
         QVERIFY(await(m_driver->requestStatus()).ok);
         QCOMPARE(head()->status().focus, stopped);
+        QVERIFY(await(m_driver->oneKeyFocus()).ok);
+        QCOMPARE(head()->status().focus, 0.5);
+
+        // The iris has no continuous move: it steps while held, to the end of the range, and stops on release.
+        QVERIFY(await(m_driver->iris(-1, 40)).ok);
+        QTRY_COMPARE(head()->status().iris, 0.0);
+        QVERIFY(await(m_driver->iris(0, 0)).ok);
+        const int steps = received(QStringLiteral("SetImagingSettings"));
+        QVERIFY(await(m_driver->iris(1, 20)).ok);
+        QVERIFY(await(m_driver->iris(0, 0)).ok);
+        QVERIFY(await(m_driver->requestStatus()).ok);
+        QVERIFY(head()->status().iris > 0.0);
+        QVERIFY(received(QStringLiteral("SetImagingSettings")) <= steps + 2);
     }
 
     void refusalsAreReadable_data()
