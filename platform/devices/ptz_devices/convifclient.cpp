@@ -6,6 +6,7 @@
 #include <KDSoapClient/KDSoapClientInterface.h>
 #include <KDSoapClient/KDSoapPendingCallWatcher.h>
 
+#include <QDateTime>
 #include <QNetworkReply>
 
 namespace ptz_devices {
@@ -77,20 +78,24 @@ KDSoapClientInterface *COnvifClient::interfaceFor(Service service)
     auto client = std::make_shared<KDSoapClientInterface>(address(service), serviceNamespace(service));
     client->setSoapVersion(KDSoapClientInterface::SOAP1_2);
     client->setStyle(KDSoapClientInterface::DocumentStyle);
-    if (!m_user.isEmpty()) {
-        KDSoapAuthentication auth;
-        auth.setUser(m_user);
-        auth.setPassword(m_password);
-        auth.setUseWSUsernameToken(true);
-        client->setAuthentication(auth);
-    }
     m_interfaces.insert(int(service), client);
     return client.get();
 }
 
 void COnvifClient::call(Service service, const KDSoapMessage &request, const Callback &callback)
 {
-    const KDSoapPendingCall pending = interfaceFor(service)->asyncCall(request.name(), request);
+    KDSoapClientInterface *client = interfaceFor(service);
+    if (!m_user.isEmpty()) {
+        // Signed anew for every call: the token's time follows the camera's clock.
+        KDSoapAuthentication auth;
+        auth.setUser(m_user);
+        auth.setPassword(m_password);
+        auth.setUseWSUsernameToken(true);
+        if (m_clockOffsetMs != 0)
+            auth.setOverrideWSUsernameCreatedTime(QDateTime::currentDateTimeUtc().addMSecs(m_clockOffsetMs));
+        client->setAuthentication(auth);
+    }
+    const KDSoapPendingCall pending = client->asyncCall(request.name(), request);
     auto *watcher = new KDSoapPendingCallWatcher(pending, this);
     m_calls.insert(watcher, callback);
     connect(watcher, &KDSoapPendingCallWatcher::finished, this, [this](KDSoapPendingCallWatcher *w) {

@@ -32,6 +32,8 @@ public:
     ~COnvifClient() override;
 
     void setCredentials(const QString &user, const QString &password);
+    // The camera's clock minus ours: a camera refuses tokens created too far from its own time.
+    void setClockOffset(qint64 ms) { m_clockOffsetMs = ms; }
     void setAddress(Service service, const QString &address);
     QString address(Service service) const;
 
@@ -48,6 +50,7 @@ private:
 
     QString m_user;
     QString m_password;
+    qint64 m_clockOffsetMs = 0;
     QHash<int, QString> m_addresses;
     QHash<int, std::shared_ptr<KDSoapClientInterface>> m_interfaces;
     QHash<KDSoapPendingCallWatcher *, Callback> m_calls;

@@ -128,6 +128,7 @@ private:
     // Connection (convifdriver_connection.cpp).
     void startConnect();
     void connectStep(int service, const KDSoapMessage &request, const Step &next, bool optional = false);
+    void readClock(const KDSoapMessage &reply);
     void readServices(const KDSoapMessage &reply);
     void readCapabilities(const KDSoapMessage &reply);
     void readProfiles(const KDSoapMessage &reply);

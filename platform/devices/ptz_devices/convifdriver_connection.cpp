@@ -4,6 +4,7 @@
 #include "ptz_devices/convifrequestqueue.h"
 #include "ptz_devices/onvifsoap.h"
 
+#include <QDateTime>
 #include <QTimer>
 
 #include <algorithm>
@@ -16,6 +17,8 @@ namespace ptz_devices {
 namespace ov = onvif;
 using Service = COnvifClient::Service;
 
+constexpr qint64 kSameClockMs = 5000;
+
 void COnvifDriver::startConnect()
 {
     if (m_connecting)
@@ -25,11 +28,28 @@ void COnvifDriver::startConnect()
     m_client->abortAll();
     m_queue->setMode(COnvifRequestQueue::Mode::Holding);
     m_client->setAddress(Service::Device, m_address);
+    // The camera's time comes first, unsigned, so that every signed request carries a time it accepts.
+    connectStep(
+        int(Service::Device), ov::body(ov::kDeviceNs, QStringLiteral("GetSystemDateAndTime")),
+        [this](const KDSoapMessage &reply) { readClock(reply); }, true);
+}
+
+void COnvifDriver::readClock(const KDSoapMessage &reply)
+{
+    const KDSoapValue utc = ov::find(reply, QStringLiteral("UTCDateTime"));
+    const auto number = [&utc](const char *part, const char *name) {
+        return ov::text(ov::path(utc, {QLatin1String(part), QLatin1String(name)})).toInt();
+    };
+    const QDateTime camera(QDate(number("Date", "Year"), number("Date", "Month"), number("Date", "Day")),
+                           QTime(number("Time", "Hour"), number("Time", "Minute"), number("Time", "Second")), Qt::UTC);
+    const qint64 offset = camera.isValid() ? QDateTime::currentDateTimeUtc().msecsTo(camera) : 0;
+    // The camera reports whole seconds: a few seconds apart is the same clock.
+    m_client->setClockOffset(std::abs(offset) < kSameClockMs ? 0 : offset);
     KDSoapValueList args;
     args << ov::element(ov::kDeviceNs, QStringLiteral("IncludeCapability"), false);
     connectStep(
         int(Service::Device), ov::body(ov::kDeviceNs, QStringLiteral("GetServices"), args),
-        [this](const KDSoapMessage &reply) { readServices(reply); }, true);
+        [this](const KDSoapMessage &r) { readServices(r); }, true);
 }
 
 void COnvifDriver::connectStep(int service, const KDSoapMessage &request, const Step &next, bool optional)

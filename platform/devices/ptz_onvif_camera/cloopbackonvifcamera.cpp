@@ -5,13 +5,18 @@
 #include "ptz_onvif_camera/cloopbackonvifserver.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QHostAddress>
 #include <QTimer>
+
+#include <cstdlib>
 
 namespace ptz_onvif_camera {
 
 using namespace ptz_devices;
 namespace ov = ptz_devices::onvif;
+
+constexpr qint64 kTokenLifetimeSeconds = 300;
 
 CLoopbackOnvifCamera::CLoopbackOnvifCamera(const Options &options, QObject *parent)
     : QObject(parent)
@@ -140,12 +145,21 @@ bool CLoopbackOnvifCamera::authorised(const KDSoapHeaders &headers) const
             return ov::text(password) == m_options.password;
         const QByteArray nonce = QByteArray::fromBase64(ov::text(ov::child(token, QStringLiteral("Nonce"))).toLatin1());
         const QByteArray created = ov::text(ov::child(token, QStringLiteral("Created"))).toUtf8();
+        // Tokens created far from the camera's own time are refused, as cameras do against replays.
+        const QDateTime createdAt = QDateTime::fromString(QString::fromUtf8(created), Qt::ISODateWithMs);
+        if (!createdAt.isValid() || std::abs(createdAt.secsTo(now())) > kTokenLifetimeSeconds)
+            return false;
         const QByteArray digest =
             QCryptographicHash::hash(nonce + created + m_options.password.toUtf8(), QCryptographicHash::Sha1)
                 .toBase64();
         return !nonce.isEmpty() && ov::text(password).toLatin1() == digest;
     }
     return false;
+}
+
+QDateTime CLoopbackOnvifCamera::now() const
+{
+    return QDateTime::currentDateTimeUtc().addSecs(m_options.clockSkewSeconds);
 }
 
 void CLoopbackOnvifCamera::answer(const Responder &respond, const KDSoapMessage &message)

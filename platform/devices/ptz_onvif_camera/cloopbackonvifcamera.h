@@ -4,6 +4,7 @@
 
 #include <KDSoapClient/KDSoapMessage.h>
 
+#include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QSet>
@@ -44,6 +45,7 @@ public:
         QString model = QStringLiteral("speed-dome");
         int defaultTimeoutMs = 5000; // for moves that name no timeout
         int discoveryPort = 0;       // WS-Discovery responder (3702); 0: none
+        int clockSkewSeconds = 0;    // the camera's clock minus the true time
     };
     using Responder = std::function<void(const KDSoapMessage &)>;
 
@@ -80,6 +82,7 @@ private:
     using Handler = void (CLoopbackOnvifCamera::*)(const KDSoapMessage &, const Responder &);
 
     bool authorised(const KDSoapHeaders &headers) const;
+    QDateTime now() const;
     void answer(const Responder &respond, const KDSoapMessage &message);
     void answerFault(const Responder &respond, const QString &reason);
     void answerEmpty(const Responder &respond, const QString &ns, const QString &name);

@@ -72,7 +72,7 @@ void CLoopbackOnvifCamera::getServices(const KDSoapMessage &, const Responder &r
 
 void CLoopbackOnvifCamera::getSystemDateAndTime(const KDSoapMessage &, const Responder &respond)
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime now = this->now();
     KDSoapValueList date;
     date << ov::element(ov::kSchemaNs, QStringLiteral("Year"), now.date().year())
          << ov::element(ov::kSchemaNs, QStringLiteral("Month"), now.date().month())

@@ -67,9 +67,10 @@ private:
     std::unique_ptr<COnvifDriver> m_driver;
     QVector<DriverReply> m_replies;
 
-    void startCamera(const QString &model = QStringLiteral("speed-dome"))
+    void startCamera(const QString &model = QStringLiteral("speed-dome"), int clockSkewSeconds = 0)
     {
         CLoopbackOnvifCamera::Options options;
+        options.clockSkewSeconds = clockSkewSeconds;
         options.user = kUser;
         options.password = kPassword;
         options.model = model;
@@ -129,14 +130,19 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("model");
         QTest::addColumn<QVector<int>>("abilities");
-        QTest::newRow("speed dome") << QStringLiteral("speed-dome") << QVector<int>{1, 48, 49, 50};
-        QTest::newRow("zoom only") << QStringLiteral("box-zoom") << QVector<int>{1, 50};
+        QTest::addColumn<int>("clockSkew");
+        QTest::newRow("speed dome") << QStringLiteral("speed-dome") << QVector<int>{1, 48, 49, 50} << 0;
+        QTest::newRow("zoom only") << QStringLiteral("box-zoom") << QVector<int>{1, 50} << 0;
+        // Its tokens must carry the camera's time, or it refuses them.
+        QTest::newRow("camera clock two hours behind")
+            << QStringLiteral("speed-dome") << QVector<int>{1, 48, 49, 50} << -7200;
     }
     void abilitiesComeFromTheCamera()
     {
         QFETCH(QString, model);
         QFETCH(QVector<int>, abilities);
-        startCamera(model);
+        QFETCH(int, clockSkew);
+        startCamera(model, clockSkew);
         openDriver();
         QVector<int> got = m_driver->capabilities().abilities;
         std::sort(got.begin(), got.end());
