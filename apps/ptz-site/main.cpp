@@ -111,8 +111,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption timeoutOpt(QStringLiteral("timeout"),
                                         QStringLiteral("How long to wait for cameras (discover, add-camera)."),
                                         QStringLiteral("MS"), QStringLiteral("5000"));
+    const QCommandLineOption probeOpt(
+        QStringLiteral("probe"),
+        QStringLiteral("discover: probe this address instead of the local multicast group (cameras beyond a router)."),
+        QStringLiteral("HOST:PORT"));
     parser.addOptions({siteOpt, idOpt, nameOpt, kindOpt, modelOpt, addressOpt, abilitiesOpt, cascadeOpt, fishEyeOpt,
-                       keyOpt, valueOpt, userOpt, passwordOpt, timeoutOpt});
+                       keyOpt, valueOpt, userOpt, passwordOpt, timeoutOpt, probeOpt});
     parser.process(app);
 
     const QStringList args = parser.positionalArguments();
@@ -128,7 +132,7 @@ int main(int argc, char *argv[])
     }
     if (args.first() == QLatin1String("discover")) {
         QString error;
-        const QStringList found = onvifsetup::Discover(timeoutMs, &error);
+        const QStringList found = onvifsetup::Discover(parser.value(probeOpt), timeoutMs, &error);
         if (!error.isEmpty()) {
             err() << error << '\n';
             return 1;
@@ -140,6 +144,9 @@ int main(int argc, char *argv[])
         return 0;
     }
     const QString path = parser.isSet(siteOpt) ? parser.value(siteOpt) : site_store::CSiteStore::ResolvePath({});
+    // A store that will hold a camera password is owner-only from its first byte.
+    if (args.first() == QLatin1String("add-camera") && parser.value(kindOpt) == QLatin1String("onvif"))
+        onvifsetup::CreateOwnerOnly(path);
     std::unique_ptr<site_store::CSiteStore> store = site_store::CSiteStore::Open(path);
     if (store->isFallback()) {
         err() << store->openError() << '\n';

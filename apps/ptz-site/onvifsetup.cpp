@@ -6,6 +6,7 @@
 
 #include <QEventLoop>
 #include <QFile>
+#include <QHostAddress>
 #include <QTimer>
 #include <QUrl>
 
@@ -69,14 +70,34 @@ void RestrictToOwner(const QString &storePath)
     }
 }
 
-QStringList Discover(int timeoutMs, QString *error)
+void CreateOwnerOnly(const QString &storePath)
 {
+    if (QFile::exists(storePath))
+        return;
+    QFile file(storePath);
+    if (file.open(QIODevice::WriteOnly))
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+}
+
+QStringList Discover(const QString &target, int timeoutMs, QString *error)
+{
+    QHostAddress address = ptz_devices::COnvifDiscovery::kGroup;
+    quint16 port = ptz_devices::COnvifDiscovery::kPort;
+    if (!target.isEmpty()) {
+        const QUrl url(QStringLiteral("udp://") + target);
+        address = QHostAddress(url.host());
+        port = quint16(url.port(0));
+        if (address.isNull() || port == 0) {
+            *error = QObject::tr("--probe expects an address and a port, e.g. 192.168.1.20:3702");
+            return {};
+        }
+    }
     ptz_devices::COnvifDiscovery discovery;
     QStringList found;
     QObject::connect(
         &discovery, &ptz_devices::COnvifDiscovery::found, &discovery,
         [&found](const QString &addresses, const QString &scopes) { found << addresses + QLatin1Char('\t') + scopes; });
-    if (!discovery.probe(ptz_devices::COnvifDiscovery::kGroup, ptz_devices::COnvifDiscovery::kPort, error))
+    if (!discovery.probe(address, port, error))
         return {};
     QEventLoop loop;
     QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);

@@ -17,9 +17,12 @@ QString StoredAddress(const QString &address, const QString &user, const QString
 
 // Makes the store file and its journal readable and writable by the owner only.
 void RestrictToOwner(const QString &storePath);
+// Creates the store file empty and owner-only when it does not exist yet.
+void CreateOwnerOnly(const QString &storePath);
 
 // Lists the devices that answer a WS-Discovery probe within the timeout, one
-// line each: "<service addresses>\t<scopes>".
-QStringList Discover(int timeoutMs, QString *error);
+// line each: "<service addresses>\t<scopes>". The probe goes to the multicast
+// group, or to `target` ("host:port") when given; a bad target is an error.
+QStringList Discover(const QString &target, int timeoutMs, QString *error);
 
 } // namespace onvifsetup
