@@ -58,49 +58,8 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     ui_right_ = new Ui::CPTZPanelRight;
     ui_right_->setupUi(ptr_ptz_panel_right_);
 
-    // The refresh and patrol-recovery buttons close the function strip.
-    ptr_update_widget = new QWidget(ui_right_->m_pFrameAppendFun);
-    ptr_update_widget->setObjectName(QStringLiteral("ptr_update_widget"));
-    auto *update_layout = new QHBoxLayout(ptr_update_widget);
-    update_layout->setContentsMargins(0, 0, 0, 0);
-    update_layout->setSpacing(4);
-    ptr_update_ptz_btn_ = new QPushButton(ptr_update_widget);
-    ptr_update_ptz_btn_->setObjectName(QStringLiteral("ptr_update_ptz_btn_"));
-    ptr_update_ptz_btn_->setFocusPolicy(Qt::NoFocus);
-    ptr_update_ptz_btn_->setFixedSize(32, 32);
-    ptr_update_ptz_btn_->setToolTip(tr("UpdatePTZ"));
-    ptr_recover_config_btn_ = new QPushButton(ptr_update_widget);
-    ptr_recover_config_btn_->setObjectName(QStringLiteral("ptr_recover_config_btn_"));
-    ptr_recover_config_btn_->setFocusPolicy(Qt::NoFocus);
-    ptr_recover_config_btn_->setFixedSize(32, 32);
-    ptr_recover_config_btn_->setToolTip(tr("PatrolRecovery"));
-    update_layout->addWidget(ptr_update_ptz_btn_);
-    update_layout->addWidget(ptr_recover_config_btn_);
-    ui_right_->hl_append_fun->addWidget(ptr_update_widget, 2, 4);
-
-    ui_right_->m_pBtnKeyFocus->setToolTip(tr("AuxiliaryFocus"));
-    ui_right_->m_pBtnLight->setToolTip(tr("Light"));
-    ui_right_->m_pBtnWiper->setToolTip(tr("Wiper"));
-    ui_right_->m_pBtnResetPos->setToolTip(tr("LensInitialization"));
-    ui_right_->ptr_manual_track_btn_->setToolTip(tr("ManualTracking"));
-    ui_right_->ptr_face_capture_btn_->setToolTip(tr("ManualFaceCapture"));
-    ui_right_->m_pBtn3D->setToolTip(tr("3DPositioning"));
-    ui_right_->ptr_auto_track_btn_->setToolTip(tr("AutoTracking"));
-    ui_right_->ptr_park_action_btn_->setToolTip(tr("ParkAction"));
-    // One-shot buttons; the others keep their checked state.
-    ui_right_->m_pBtnKeyFocus->setCheckable(false);
-    ui_right_->m_pBtnResetPos->setCheckable(false);
-    ui_right_->ptr_park_action_btn_->setCheckable(false);
-    // The function strip shows icons only; the tool tips name the buttons, so the captions stay
-    // empty and take no room.
-    for (QLabel *caption : {ui_right_->label_2, ui_right_->label_3, ui_right_->label_4, ui_right_->label_5,
-                            ui_right_->label_6, ui_right_->label_7, ui_right_->label_8}) {
-        caption->clear();
-        caption->hide();
-    }
-    ui_right_->add_preset_label->setText(tr("AddPreset"));
-    ui_left_->ptr_label_slow_->setText(tr("Slow"));
-    ui_left_->ptr_label_fast_->setText(tr("Fast"));
+    BuildUpdateWidget();
+    InitFunctionButtons();
     UpdateFocusBtnState();
 
     ui_right_->m_pBtnLight->setChecked(false);
@@ -138,6 +97,56 @@ CPreviewPTZWnd::CPreviewPTZWnd(unsigned int screen_index, bool b_software_ptz, b
     InitPtzState(PTZWndNone);
 
     ZEPH_LOG_INFO("DPR is %f", Quillon::CGUIToolkit::GetDevicePixelRatio(this));
+}
+
+// The refresh and patrol-recovery buttons close the function strip.
+void CPreviewPTZWnd::BuildUpdateWidget()
+{
+    ptr_update_widget = new QWidget(ui_right_->m_pFrameAppendFun);
+    ptr_update_widget->setObjectName(QStringLiteral("ptr_update_widget"));
+    auto *update_layout = new QHBoxLayout(ptr_update_widget);
+    update_layout->setContentsMargins(0, 0, 0, 0);
+    update_layout->setSpacing(4);
+    const auto add_button = [this, update_layout](const QString &name, const QString &tip) {
+        auto *button = new QPushButton(ptr_update_widget);
+        button->setObjectName(name);
+        button->setFocusPolicy(Qt::NoFocus);
+        button->setFixedSize(32, 32);
+        button->setToolTip(tip);
+        update_layout->addWidget(button);
+        return button;
+    };
+    ptr_update_ptz_btn_ = add_button(QStringLiteral("ptr_update_ptz_btn_"), tr("UpdatePTZ"));
+    ptr_recover_config_btn_ = add_button(QStringLiteral("ptr_recover_config_btn_"), tr("PatrolRecovery"));
+    ui_right_->hl_append_fun->addWidget(ptr_update_widget, 2, 4);
+}
+
+// Tool tips, one-shot buttons and captions of the function strip; the speed labels.
+void CPreviewPTZWnd::InitFunctionButtons()
+{
+    ui_right_->m_pBtnKeyFocus->setToolTip(tr("AuxiliaryFocus"));
+    ui_right_->m_pBtnLight->setToolTip(tr("Light"));
+    ui_right_->m_pBtnWiper->setToolTip(tr("Wiper"));
+    ui_right_->m_pBtnResetPos->setToolTip(tr("LensInitialization"));
+    ui_right_->ptr_manual_track_btn_->setToolTip(tr("ManualTracking"));
+    ui_right_->ptr_face_capture_btn_->setToolTip(tr("ManualFaceCapture"));
+    ui_right_->m_pBtn3D->setToolTip(tr("3DPositioning"));
+    ui_right_->ptr_auto_track_btn_->setToolTip(tr("AutoTracking"));
+    ui_right_->ptr_park_action_btn_->setToolTip(tr("ParkAction"));
+    // One-shot buttons; the others keep their checked state.
+    ui_right_->m_pBtnKeyFocus->setCheckable(false);
+    ui_right_->m_pBtnResetPos->setCheckable(false);
+    ui_right_->ptr_park_action_btn_->setCheckable(false);
+    // The function strip shows icons only; the tool tips name the buttons, so the captions stay
+    // empty and take no room.
+    for (QLabel *caption : {ui_right_->label_2, ui_right_->label_3, ui_right_->label_4, ui_right_->label_5,
+                            ui_right_->label_6, ui_right_->label_7, ui_right_->label_8}) {
+        caption->clear();
+        caption->hide();
+    }
+    ui_right_->add_preset_label->setText(tr("AddPreset"));
+    ui_left_->ptr_label_slow_->setText(tr("Slow"));
+    ui_left_->ptr_label_fast_->setText(tr("Fast"));
 }
 
 CPreviewPTZWnd::~CPreviewPTZWnd()
@@ -293,18 +302,8 @@ void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &c
     ReleaseHeldMotion();
     FinishUpdatePtz();
 
-    auto *config = Config();
     if (camera_index_code.isEmpty()) {
-        camera_index_code_ = camera_index_code;
-        if (config->IsSupportPTZLock())
-            SetLockFrameIdle();
-        else
-            ui_left_->pLockFrame->hide();
-        camera_index_code_.clear();
-        owner_index_code_.clear();
-        InitPtzState(PTZWndNone);
-        if (ptr_software_controller_ && ptr_software_controller_->GetSoftwareControllor())
-            ptr_software_controller_->GetSoftwareControllor()->SetFishEyeWndOpen(false);
+        ClearCamera();
         return;
     }
 
@@ -313,32 +312,12 @@ void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &c
     b_cascade_ = camera ? camera->IsCascade() : false;
 
     if (!zeph_ptz_controller::CCommonFunction::IsCameraPermissionValid(owner_index_code, camera_index_code,
-                                                                       ResourceData::PERMISSION_PTZ_CONTROL)) {
-        camera_index_code_.clear();
-        InitPtzState(PTZWndNone);
-        SetLockFrameIdle();
+                                                                       ResourceData::PERMISSION_PTZ_CONTROL)
+        || (!CheckAbility(camera_index_code, ResourceData::ABILITY_PTZ) && !b_cascade_)) {
+        RefuseCamera();
         return;
     }
-    if (!CheckAbility(camera_index_code, ResourceData::ABILITY_PTZ) && !b_cascade_) {
-        camera_index_code_.clear();
-        InitPtzState(PTZWndNone);
-        SetLockFrameIdle();
-        return;
-    }
-
-    // A cascaded camera is reached through another site, which passes on moves only.
-    const QString cascade_tip = b_cascade_ ? tr("Corvo-ControlClient.076b8e1c619744ee8a8f04026e32bea4.msg") : QString();
-    for (QWidget *widget :
-         {static_cast<QWidget *>(ui_right_->m_pBtnKeyFocus), static_cast<QWidget *>(ui_right_->m_pBtnLight),
-          static_cast<QWidget *>(ui_right_->m_pBtnWiper), static_cast<QWidget *>(ui_right_->m_pBtnResetPos),
-          static_cast<QWidget *>(ui_right_->m_pTabCruise), static_cast<QWidget *>(ui_right_->m_pTabPatten),
-          static_cast<QWidget *>(ui_right_->ptr_park_action_btn_)})
-        widget->setEnabled(!b_cascade_);
-    QTabWidget *tabs = ui_right_->m_pTabWidget;
-    tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabCruise), cascade_tip);
-    tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabPatten), cascade_tip);
-    ui_right_->m_pTabCruise->setToolTip(cascade_tip);
-    ui_right_->m_pTabPatten->setToolTip(cascade_tip);
+    ApplyCascadeState();
 
     owner_index_code_ = owner_index_code;
     camera_index_code_ = camera_index_code;
@@ -362,38 +341,81 @@ void CPreviewPTZWnd::SetCamera(const QString &owner_index_code, const QString &c
     } else {
         InitPtzState(PTZWndDevice);
     }
-
-    if (panel_kind_ == 1) {
-        ui_left_->pLockFrame->setVisible(config->IsSupportPTZLock());
-        if (!lockStatusTimer->isActive())
-            lockStatusTimer->start(3000);
-        lockedByCamera[camera_index_code_] = false;
-        if (config->IsSupportPTZLock()) {
-            // The strip shows the operator's own level beside the lock button.
-            SetUserPTZPerm();
-            OnCheckPTZLockStatus();
-        }
-    }
+    if (panel_kind_ == 1)
+        StartLockWatch();
 
     ui_left_->ptr_cloud_->SetSectionChecked(CPTZCloud::Center,
                                             StateStorage()->IsAutoScan(camera_index_code_, b_software_ptz_));
     ResortPresetList();
-
-    if (HasAbility(ResourceData::ABILITY_PTZ) && !b_cascade_) {
-        if (!HasAbility(ResourceData::ABILITY_PAN))
-            ui_left_->ptr_cloud_->SetSectionsEnabled({1, 3, 4, 6, 7, 9}, false);
-        if (!HasAbility(ResourceData::ABILITY_TILT))
-            ui_left_->ptr_cloud_->SetSectionsEnabled({1, 2, 3, 7, 8, 9}, false);
-        ui_left_->pZoomInBtn->setEnabled(true);
-        ui_left_->pZoomOutBtn->setEnabled(true);
-        if (!HasAbility(ResourceData::ABILITY_ZOOM)) {
-            ui_left_->pZoomInBtn->setEnabled(false);
-            ui_left_->pZoomOutBtn->setEnabled(false);
-        }
-    }
-
+    ApplyAbilityButtons();
     OnTabIndexChanged(-1);
     UpdatePTZWorkState();
+}
+
+void CPreviewPTZWnd::ClearCamera()
+{
+    if (Config()->IsSupportPTZLock())
+        SetLockFrameIdle();
+    else
+        ui_left_->pLockFrame->hide();
+    camera_index_code_.clear();
+    owner_index_code_.clear();
+    InitPtzState(PTZWndNone);
+    if (ptr_software_controller_ && ptr_software_controller_->GetSoftwareControllor())
+        ptr_software_controller_->GetSoftwareControllor()->SetFishEyeWndOpen(false);
+}
+
+// No permission to steer, or nothing to steer: the panel stays idle.
+void CPreviewPTZWnd::RefuseCamera()
+{
+    camera_index_code_.clear();
+    InitPtzState(PTZWndNone);
+    SetLockFrameIdle();
+}
+
+// A cascaded camera is reached through another site, which passes on moves only.
+void CPreviewPTZWnd::ApplyCascadeState()
+{
+    const QString cascade_tip = b_cascade_ ? tr("Corvo-ControlClient.076b8e1c619744ee8a8f04026e32bea4.msg") : QString();
+    for (QWidget *widget :
+         {static_cast<QWidget *>(ui_right_->m_pBtnKeyFocus), static_cast<QWidget *>(ui_right_->m_pBtnLight),
+          static_cast<QWidget *>(ui_right_->m_pBtnWiper), static_cast<QWidget *>(ui_right_->m_pBtnResetPos),
+          static_cast<QWidget *>(ui_right_->m_pTabCruise), static_cast<QWidget *>(ui_right_->m_pTabPatten),
+          static_cast<QWidget *>(ui_right_->ptr_park_action_btn_)})
+        widget->setEnabled(!b_cascade_);
+    QTabWidget *tabs = ui_right_->m_pTabWidget;
+    tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabCruise), cascade_tip);
+    tabs->setTabToolTip(tabs->indexOf(ui_right_->m_pTabPatten), cascade_tip);
+    ui_right_->m_pTabCruise->setToolTip(cascade_tip);
+    ui_right_->m_pTabPatten->setToolTip(cascade_tip);
+}
+
+// Pad sections and zoom buttons follow the camera's pan, tilt and zoom abilities.
+void CPreviewPTZWnd::ApplyAbilityButtons()
+{
+    if (!HasAbility(ResourceData::ABILITY_PTZ) || b_cascade_)
+        return;
+    if (!HasAbility(ResourceData::ABILITY_PAN))
+        ui_left_->ptr_cloud_->SetSectionsEnabled({1, 3, 4, 6, 7, 9}, false);
+    if (!HasAbility(ResourceData::ABILITY_TILT))
+        ui_left_->ptr_cloud_->SetSectionsEnabled({1, 2, 3, 7, 8, 9}, false);
+    const bool zoom = HasAbility(ResourceData::ABILITY_ZOOM);
+    ui_left_->pZoomInBtn->setEnabled(zoom);
+    ui_left_->pZoomOutBtn->setEnabled(zoom);
+}
+
+void CPreviewPTZWnd::StartLockWatch()
+{
+    const bool lockable = Config()->IsSupportPTZLock();
+    ui_left_->pLockFrame->setVisible(lockable);
+    if (!lockStatusTimer->isActive())
+        lockStatusTimer->start(3000);
+    lockedByCamera[camera_index_code_] = false;
+    if (lockable) {
+        // The strip shows the operator's own level beside the lock button.
+        SetUserPTZPerm();
+        OnCheckPTZLockStatus();
+    }
 }
 
 void CPreviewPTZWnd::StopWork()

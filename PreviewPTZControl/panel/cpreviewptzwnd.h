@@ -236,6 +236,8 @@ protected:
 private:
     // Construction and binding (cpreviewptzwnd.cpp).
     void ConnectSignalAndSlot();
+    void BuildUpdateWidget();
+    void InitFunctionButtons();
     void ConnectPTZControllerSingal(bool b_connect);
     void InitPtzState(int type);
     void InitPTZCloudState(int type);
@@ -251,6 +253,11 @@ private:
     void UpdateCurrentPtzPageState(bool b_ready);
     void SetLockFrameIdle();
     bool HasAbility(int ability) const;
+    void ClearCamera();
+    void RefuseCamera();
+    void ApplyCascadeState();
+    void ApplyAbilityButtons();
+    void StartLockWatch();
 
     // Commands (cpreviewptzwnd_commands.cpp).
     void ExecutePTZControl(const PTZControlParam &param);

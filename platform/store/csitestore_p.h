@@ -8,6 +8,7 @@
 #include <QVariantList>
 
 #include <optional>
+#include <utility>
 
 namespace site_store {
 
@@ -92,6 +93,25 @@ struct CSiteStore::Private
     bool useCache();
     // Runs a read; the query is positioned before its first row, or nullopt with lastError set.
     std::optional<QSqlQuery> select(const QString &sql, const QVariantList &binds = {});
+    // Every row read by `read`, or the first one only; empty when the read fails.
+    template <typename Read>
+    auto selectAll(const QString &sql, const QVariantList &binds, Read read)
+    {
+        QList<decltype(read(std::declval<QSqlQuery &>()))> rows;
+        auto q = select(sql, binds);
+        while (q && q->next())
+            rows << read(*q);
+        return rows;
+    }
+    template <typename Read>
+    auto selectOne(const QString &sql, const QVariantList &binds, Read read)
+    {
+        std::optional<decltype(read(std::declval<QSqlQuery &>()))> row;
+        auto q = select(sql, binds);
+        if (q && q->next())
+            row = read(*q);
+        return row;
+    }
     // Empty while the path still names the file opened, with a store header; else what happened to it.
     QString fileProblem() const;
 };

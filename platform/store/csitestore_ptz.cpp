@@ -77,27 +77,16 @@ PatrolRecord patrolFromQuery(const QSqlQuery &q)
 
 QList<VirtualPresetRecord> CSiteStore::virtualPresets(const QString &cameraId) const
 {
-    QList<VirtualPresetRecord> out;
-    auto q = d->select(QStringLiteral("SELECT camera_id, number, name, type, pan, tilt, zoom FROM virtual_presets"
-                                      " WHERE camera_id = ? ORDER BY number"),
-                       {cameraId});
-    if (!q)
-        return out;
-    while (q->next())
-        out << presetFromQuery(*q);
-    return out;
+    return d->selectAll(QStringLiteral("SELECT camera_id, number, name, type, pan, tilt, zoom FROM virtual_presets"
+                                       " WHERE camera_id = ? ORDER BY number"),
+                        {cameraId}, presetFromQuery);
 }
 
 std::optional<VirtualPresetRecord> CSiteStore::virtualPreset(const QString &cameraId, int number) const
 {
-    auto q = d->select(QStringLiteral("SELECT camera_id, number, name, type, pan, tilt, zoom FROM virtual_presets"
-                                      " WHERE camera_id = ? AND number = ?"),
-                       {cameraId, number});
-    if (!q)
-        return std::nullopt;
-    if (!q->next())
-        return std::nullopt;
-    return presetFromQuery(*q);
+    return d->selectOne(QStringLiteral("SELECT camera_id, number, name, type, pan, tilt, zoom FROM virtual_presets"
+                                       " WHERE camera_id = ? AND number = ?"),
+                        {cameraId, number}, presetFromQuery);
 }
 
 bool CSiteStore::upsertVirtualPreset(const VirtualPresetRecord &p)
@@ -133,27 +122,16 @@ bool CSiteStore::removeVirtualPreset(const QString &cameraId, int number)
 
 QList<PatrolRecord> CSiteStore::patrols(const QString &cameraId) const
 {
-    QList<PatrolRecord> out;
-    auto q = d->select(QStringLiteral("SELECT camera_id, number, type, name, points FROM patrols WHERE camera_id = ?"
-                                      " ORDER BY number"),
-                       {cameraId});
-    if (!q)
-        return out;
-    while (q->next())
-        out << patrolFromQuery(*q);
-    return out;
+    return d->selectAll(QStringLiteral("SELECT camera_id, number, type, name, points FROM patrols WHERE camera_id = ?"
+                                       " ORDER BY number"),
+                        {cameraId}, patrolFromQuery);
 }
 
 std::optional<PatrolRecord> CSiteStore::patrol(const QString &cameraId, int number) const
 {
-    auto q = d->select(QStringLiteral("SELECT camera_id, number, type, name, points FROM patrols"
-                                      " WHERE camera_id = ? AND number = ?"),
-                       {cameraId, number});
-    if (!q)
-        return std::nullopt;
-    if (!q->next())
-        return std::nullopt;
-    return patrolFromQuery(*q);
+    return d->selectOne(QStringLiteral("SELECT camera_id, number, type, name, points FROM patrols"
+                                       " WHERE camera_id = ? AND number = ?"),
+                        {cameraId, number}, patrolFromQuery);
 }
 
 bool CSiteStore::upsertPatrol(const PatrolRecord &p)

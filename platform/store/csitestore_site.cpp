@@ -54,15 +54,9 @@ CameraRecord cameraFromQuery(const QSqlQuery &q)
 
 QList<CameraRecord> CSiteStore::cameras() const
 {
-    QList<CameraRecord> out;
-    auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
-                                      " fisheye, access_protocol FROM cameras ORDER BY name, id"),
-                       {});
-    if (!q)
-        return out;
-    while (q->next())
-        out << cameraFromQuery(*q);
-    return out;
+    return d->selectAll(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
+                                       " fisheye, access_protocol FROM cameras ORDER BY name, id"),
+                        {}, cameraFromQuery);
 }
 
 std::optional<CameraRecord> CSiteStore::camera(const QString &id) const
@@ -80,14 +74,9 @@ std::optional<CameraRecord> CSiteStore::camera(const QString &id) const
 
 std::optional<CameraRecord> CSiteStore::readCamera(const QString &id) const
 {
-    auto q = d->select(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
-                                      " fisheye, access_protocol FROM cameras WHERE id = ?"),
-                       {id});
-    if (!q)
-        return std::nullopt;
-    if (!q->next())
-        return std::nullopt;
-    return cameraFromQuery(*q);
+    return d->selectOne(QStringLiteral("SELECT id, name, driver_kind, driver_address, model, abilities, cascade,"
+                                       " fisheye, access_protocol FROM cameras WHERE id = ?"),
+                        {id}, cameraFromQuery);
 }
 
 bool CSiteStore::upsertCamera(const CameraRecord &c)
