@@ -6,17 +6,6 @@
 
 using namespace ptz_devices;
 
-namespace {
-
-struct Sample
-{
-    double pan;
-    double tilt;
-    double zoom;
-};
-
-} // namespace
-
 // Patrols, patterns, auto-scan, interruption, park action and patrol recovery:
 // everything that runs by itself on the simulation clock.
 // Presets 1 (0, 0), 2 (90, 0), 3 (90, -45); patrol 1 visits them in order:
@@ -71,23 +60,6 @@ private Q_SLOTS:
             QVERIFY2(s.panTiltMoving == moving.at(i), where.constData());
             QCOMPARE(s.runningPatrol, 1);
         }
-    }
-    void patrolSkipsMissingPresets()
-    {
-        SimCameraHarness h;
-        setUpPatrol(h);
-        QVERIFY(h.ok(h.camera->removePreset(2)));
-        QVERIFY(h.ok(h.camera->startPatrol(1)));
-        // Dwell 2 s at preset 1, then straight to preset 3 (90 deg pan, 45 tilt at 40 deg/s: 2.25 s).
-        h.clock.advance(2000 + 2250);
-        QVERIFY(near(h.status().pan, 90));
-        QVERIFY(near(h.status().tilt, -45));
-        QVERIFY(!h.status().panTiltMoving);
-
-        // With none of its presets left the patrol cannot start.
-        QVERIFY(h.ok(h.camera->removePreset(1)));
-        QVERIFY(h.ok(h.camera->removePreset(3)));
-        QVERIFY(!h.ok(h.camera->startPatrol(1)));
     }
     void manualControlInterruptsActivity_data()
     {
@@ -189,50 +161,6 @@ private Q_SLOTS:
         QVERIFY(near(h.status().pan, 290));
         QVERIFY(!h.status().panTiltMoving);
     }
-    void recordedPatternReplaysSamePath()
-    {
-        SimCameraHarness h;
-        h.camera->setPosition(20, -10, 2);
-        QVector<Sample> recorded;
-        auto sample = [&h](QVector<Sample> &into, int steps) {
-            for (int i = 0; i < steps; ++i) {
-                h.clock.advance(100);
-                into.append({h.status().pan, h.status().tilt, h.status().zoom});
-            }
-        };
-
-        QVERIFY(h.ok(h.camera->startPatternRecord(1)));
-        QVERIFY(h.ok(h.camera->movePanTilt(1, 0, 10)));
-        sample(recorded, 20);
-        QVERIFY(h.ok(h.camera->stopPanTilt()));
-        sample(recorded, 5);
-        QVERIFY(h.ok(h.camera->movePanTilt(-1, 1, 30)));
-        QVERIFY(h.ok(h.camera->zoom(1, 8)));
-        sample(recorded, 10);
-        QVERIFY(h.ok(h.camera->zoom(0, 0)));
-        sample(recorded, 3);
-        QVERIFY(h.ok(h.camera->stopPanTilt()));
-        sample(recorded, 4);
-        QVERIFY(h.ok(h.camera->stopPatternRecord(1)));
-        QCOMPARE(h.camera->recordedPatterns(), QVector<int>{1});
-
-        // Replay from elsewhere: the camera first returns to where recording began.
-        h.camera->setPosition(20, -10, 2);
-        QVERIFY(h.ok(h.camera->playPattern(1)));
-        QCOMPARE(h.status().runningPattern, 1);
-        QVector<Sample> replayed;
-        sample(replayed, recorded.size());
-        for (int i = 0; i < recorded.size(); ++i) {
-            const QByteArray at = QByteArray::number((i + 1) * 100) + " ms";
-            QVERIFY2(near(replayed.at(i).pan, recorded.at(i).pan), at.constData());
-            QVERIFY2(near(replayed.at(i).tilt, recorded.at(i).tilt), at.constData());
-            QVERIFY2(near(replayed.at(i).zoom, recorded.at(i).zoom), at.constData());
-        }
-        // The path really moved: pan went right, then back left and up.
-        QVERIFY(near(recorded.at(19).pan, 60));
-        QVERIFY(recorded.last().tilt > -10 + 1);
-        QVERIFY(recorded.last().zoom > 2);
-    }
     void patternLoops()
     {
         SimCameraHarness h;
@@ -317,28 +245,6 @@ private Q_SLOTS:
             h.clock.advance(qint64(waitingSeconds) * 1000 * 2);
             QVERIFY(near(h.status().pan, 10));
         }
-    }
-    void parkActionCountdownRestartsOnControl()
-    {
-        SimCameraHarness h;
-        setUpPatrol(h);
-        ParkAction park{true, 10, ParkActionType::Preset, 2};
-        QVERIFY(h.ok(h.camera->setParkAction(park)));
-        h.clock.advance(9000);
-        QVERIFY(h.ok(h.camera->zoom(1, 1)));
-        QVERIFY(h.ok(h.camera->zoom(0, 0)));
-        h.clock.advance(9999);
-        QVERIFY(!h.status().panTiltMoving);
-        QVERIFY(near(h.status().pan, 0));
-        h.clock.advance(1);
-        QVERIFY(h.status().panTiltMoving);
-
-        // Disabled: nothing happens.
-        h.camera->setPosition(0, 0);
-        park.enabled = false;
-        QVERIFY(h.ok(h.camera->setParkAction(park)));
-        h.clock.advance(60000);
-        QVERIFY(near(h.status().pan, 0));
     }
     void recoveryResumesInterruptedPatrol_data()
     {

@@ -79,21 +79,6 @@ private Q_SLOTS:
         QCOMPARE(state.count(), 0);
         QVERIFY(!controller.IsRunningPatrol());
     }
-    void digitalZoomStyle()
-    {
-        CVirtualPtzControllor controller;
-        QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
-        controller.SetDigitalZoomStyle(false, -1, -1, -1, -1); // already clear
-        QCOMPARE(zoom.count(), 0);
-        controller.SetDigitalZoomStyle(1, 0.1, 0.2, 0.5, 0.6);
-        QCOMPARE(zoom.count(), 1);
-        QCOMPARE(controller.GetDigitalZoomStyle(), 1);
-        QCOMPARE(controller.GetDigitalZoomRect(), QRectF(QPointF(0.1, 0.2), QPointF(0.5, 0.6)));
-        controller.SetDigitalZoomStyle(1, 0.5, 0.5, 0.4, 0.9); // empty rectangle clears
-        QCOMPARE(zoom.count(), 2);
-        QCOMPARE(controller.GetDigitalZoomStyle(), 0);
-        QVERIFY(controller.GetDigitalZoomRect().isNull());
-    }
 
 private:
     void storePatrol(int number, int type, int dwell)
