@@ -161,31 +161,6 @@ private Q_SLOTS:
         QVERIFY(near(h.status().pan, 290));
         QVERIFY(!h.status().panTiltMoving);
     }
-    void patternLoops()
-    {
-        SimCameraHarness h;
-        h.camera->setPosition(0, 0);
-        QVERIFY(h.ok(h.camera->startPatternRecord(4)));
-        QVERIFY(h.ok(h.camera->movePanTilt(1, 0, 40)));
-        h.clock.advance(1000);
-        QVERIFY(h.ok(h.camera->stopPanTilt()));
-        QVERIFY(h.ok(h.camera->stopPatternRecord(4))); // 1 s long, ends at 80 deg
-
-        h.camera->setPosition(80, 0);
-        QVERIFY(h.ok(h.camera->playPattern(4)));
-        // Back to 0 at 80 deg/s (1 s), then the recorded second, then back again.
-        for (const QPointF &step :
-             {QPointF(1000, 0), QPointF(500, 40), QPointF(500, 80), QPointF(1000, 0), QPointF(500, 40)}) {
-            h.clock.advance(qint64(step.x()));
-            QVERIFY(near(h.status().pan, step.y()));
-        }
-        QCOMPARE(h.status().runningPattern, 4);
-
-        QVERIFY(h.ok(h.camera->stopPattern(0)));
-        h.clock.advance(1000);
-        QVERIFY(near(h.status().pan, 40));
-        QCOMPARE(h.status().runningPattern, 0);
-    }
     void parkActionFiresAfterWaitingTime_data()
     {
         QTest::addColumn<int>("type");

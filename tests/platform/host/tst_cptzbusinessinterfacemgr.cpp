@@ -253,36 +253,6 @@ private Q_SLOTS:
         QVERIFY(!status.locked_by_other_client);
     }
 
-    void virtualPresetsRoundTrip()
-    {
-        const std::string dome = demo::kSpeedDome;
-        AddPresetResponse added;
-        QVERIFY(Mgr()->AddPreset({dome, Preset(-1, PRESET_TYPE_VIRTUAL, "first")}, added));
-        QCOMPARE(added.preset_index, 1);
-        QVERIFY(Mgr()->AddPreset({dome, Preset(10, PRESET_TYPE_VIRTUAL, "tenth")}, added));
-        PresetInfo fish = Preset(-1, PRESET_TYPE_FISHEYE, "fish");
-        fish.pan = 45;
-        QVERIFY(Mgr()->AddPreset({dome, fish}, added));
-        QCOMPARE(added.preset_index, 2);
-        QVERIFY(!Mgr()->AddPreset({dome, Preset(10, PRESET_TYPE_VIRTUAL, "again")}, added));
-        QVERIFY(!added.error_text.empty());
-
-        GetPresetResponse got;
-        QVERIFY(Mgr()->GetPresets({dome, PRESET_TYPE_FISHEYE}, got));
-        QCOMPARE(int(got.presets.size()), 1);
-        QCOMPARE(got.presets[0].pan, 45.0);
-        QVERIFY(Mgr()->GetPresets({dome, -1}, got));
-        QCOMPARE(int(got.presets.size()), 3);
-
-        UpdatePresetResponse updated;
-        QVERIFY(Mgr()->UpdatePreset({dome, Preset(10, PRESET_TYPE_VIRTUAL, "renamed")}, updated));
-        DeletePresetResponse deleted;
-        QVERIFY(Mgr()->DeletePreset({dome, 1, PRESET_TYPE_VIRTUAL}, deleted));
-        QVERIFY(!Mgr()->DeletePreset({dome, 2, PRESET_TYPE_VIRTUAL}, deleted)); // 2 is a fish-eye preset
-        QVERIFY(Mgr()->GetPresets({dome, PRESET_TYPE_VIRTUAL}, got));
-        QCOMPARE(int(got.presets.size()), 1);
-        QCOMPARE(got.presets[0].preset_name, std::string("renamed"));
-    }
     void cruisesRoundTrip()
     {
         const std::string dome = demo::kSpeedDome;

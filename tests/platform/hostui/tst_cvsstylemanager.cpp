@@ -44,24 +44,6 @@ private slots:
         else
             QVERIFY(dark.lightness() > white.lightness());
     }
-    void alphaIsApplied_data()
-    {
-        QTest::addColumn<qreal>("alpha");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("0.7") << qreal(0.7) << qRound(0.7 * 255);
-        QTest::newRow("clamped above") << qreal(3.0) << 255;
-        QTest::newRow("clamped below") << qreal(-1.0) << 0;
-    }
-    void alphaIsApplied()
-    {
-        QFETCH(qreal, alpha);
-        QFETCH(int, expected);
-        CVSStyleManager *m = CVSStyleManager::Instance();
-        QCOMPARE(m->GetNeuColorT2(alpha).alpha(), expected);
-        QCOMPARE(m->GetTextNeuColorT2(alpha).alpha(), expected);
-        // The tone does not depend on the alpha.
-        QCOMPARE(m->GetTextNeuColorT2(alpha).rgb(), m->GetTextNeuColorT2(1.0).rgb());
-    }
     void themeChangeIsReportedOnce()
     {
         CVSStyleManager *m = CVSStyleManager::Instance();
