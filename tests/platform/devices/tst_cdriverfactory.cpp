@@ -1,6 +1,4 @@
 #include "ptz_devices/cdriverfactory.h"
-#include "ptz_devices/cmemorydevicestatestore.h"
-#include "ptz_devices/csimclock.h"
 #include "ptz_devices/csimulatedcamera.h"
 
 #include <QtTest>
@@ -14,32 +12,6 @@ class tst_CDriverFactory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void createsSimulatedModels_data()
-    {
-        QTest::addColumn<QString>("model");
-        for (const QString &model : CSimulatedCamera::models())
-            QTest::newRow(qPrintable(model)) << model;
-    }
-    void createsSimulatedModels()
-    {
-        QFETCH(QString, model);
-        QVERIFY(CDriverFactory::kinds().contains(QStringLiteral("simulated")));
-        QVERIFY(CDriverFactory::models(QStringLiteral("simulated")).contains(model));
-
-        CSimClock clock(CSimClock::Mode::Manual);
-        CMemoryDeviceStateStore store;
-        QObject parent;
-        QString error;
-        IPtzDriver *driver = CDriverFactory::create(QStringLiteral("simulated"), model, QStringLiteral("cam-7"), &clock,
-                                                    &store, &parent, &error);
-        QVERIFY2(driver, qPrintable(error));
-        QCOMPARE(driver->parent(), &parent);
-        QCOMPARE(driver->cameraId(), QStringLiteral("cam-7"));
-        QCOMPARE(driver->capabilities().model, model);
-        auto *sim = qobject_cast<CSimulatedCamera *>(driver);
-        QVERIFY(sim);
-        QCOMPARE(sim->clock(), &clock);
-    }
     void unknownKindOrModelFails_data()
     {
         QTest::addColumn<QString>("kind");

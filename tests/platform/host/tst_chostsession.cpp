@@ -32,8 +32,6 @@ private Q_SLOTS:
                                         << "" << false << 0 << "operator";
         QTest::newRow("unknown user") << "good"
                                       << "nobody" << false << 1 << "operator";
-        QTest::newRow("corrupt store") << "garbage" << QString::fromLatin1(site_store::demo::kJunior) << true << 1
-                                       << QString::fromLatin1(site_store::demo::kJunior);
         QTest::newRow("corrupt store, unknown user") << "garbage"
                                                      << "nobody" << true << 2 << "operator";
     }

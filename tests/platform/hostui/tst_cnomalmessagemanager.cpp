@@ -64,49 +64,28 @@ private slots:
         QCOMPARE(spy.count(), 1);
         QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("ConfirmToDelete"));
     }
-    void messagesAreAnnouncedWithLevel()
-    {
-        int calls = 0;
-        Mgr()->SetAnswerProvider([&calls](const QString &) {
-            ++calls;
-            return 1;
-        });
-        QSignalSpy spy(Mgr(), &CNomalMessageManager::SignalMessageShown);
-        QWidget parent;
-        QCOMPARE(Mgr()->ShowMessage(QStringLiteral("out of range"), CNomalMessageManager::LevelInformation, &parent),
-                 1);
-        QCOMPARE(calls, 1);
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("out of range"));
-        QCOMPARE(spy.at(0).at(1).toInt(), 1);
-
-        Mgr()->SetAnswerProvider({});
-        QVERIFY(!Mgr()->HasAnswerProvider());
-    }
-    void modalTipWithoutProvider_data()
+    void modalBoxWithoutProvider_data()
     {
         QTest::addColumn<QString>("button");
         QTest::addColumn<int>("answer");
-        QTest::newRow("confirm") << "ptr_message_confirm_btn_" << 1;
-        QTest::newRow("cancel") << "ptr_message_cancel_btn_" << 0;
+        QTest::addColumn<bool>("question");
+        QTest::newRow("question confirmed") << "ptr_message_confirm_btn_" << 1 << true;
+        QTest::newRow("question cancelled") << "ptr_message_cancel_btn_" << 0 << true;
+        QTest::newRow("message") << "ptr_message_confirm_btn_" << 1 << false;
     }
-    void modalTipWithoutProvider()
+    void modalBoxWithoutProvider()
     {
         QFETCH(QString, button);
         QFETCH(int, answer);
+        QFETCH(bool, question);
         QWidget parent;
         parent.show();
         QString seen;
         ClickInModalBox(button, &seen);
-        QCOMPARE(Mgr()->ShowMessageTip(QStringLiteral("Really?"), &parent), answer);
+        QCOMPARE(question ? Mgr()->ShowMessageTip(QStringLiteral("Really?"), &parent)
+                          : Mgr()->ShowMessage(QStringLiteral("Really?"), CNomalMessageManager::LevelSuccess),
+                 answer);
         QCOMPARE(seen, QStringLiteral("Really?"));
-    }
-    void modalMessageWithoutProvider()
-    {
-        QString seen;
-        ClickInModalBox(QStringLiteral("ptr_message_confirm_btn_"), &seen);
-        QCOMPARE(Mgr()->ShowMessage(QStringLiteral("Saved"), CNomalMessageManager::LevelSuccess), 1);
-        QCOMPARE(seen, QStringLiteral("Saved"));
     }
 };
 

@@ -21,18 +21,6 @@ class TestCQssWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void isFramelessWithoutSystemButtons()
-    {
-        CQssWidget top;
-        QVERIFY(top.windowFlags() & Qt::FramelessWindowHint);
-        QVERIFY(!(top.windowFlags() & Qt::WindowSystemMenuHint));
-        QVERIFY(!(top.windowFlags() & Qt::WindowMinimizeButtonHint));
-        QVERIFY(!(top.windowFlags() & Qt::WindowMaximizeButtonHint));
-
-        QWidget parent;
-        CQssWidget child(&parent);
-        QVERIFY(!child.isWindow());
-    }
     void paintsStyleSheetBackgroundAndBorder()
     {
         QWidget host;

@@ -8,8 +8,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <cmath>
-
 using namespace ptz_plugin_protocol;
 using zeph_ptz_controller::CBaseSoftwarePtzControllor;
 using zeph_ptz_controller::CPTZStateStorageManager;
@@ -55,39 +53,6 @@ private Q_SLOTS:
         m_env.tearDown();
     }
 
-    void controlTurnsTheSelectedView_data()
-    {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("panSign");
-        QTest::addColumn<int>("tiltSign");
-        QTest::addColumn<int>("zoomSign");
-        QTest::newRow("pan right") << 24 << 1 << 0 << 0;
-        QTest::newRow("up left") << 25 << -1 << 1 << 0;
-        QTest::newRow("zoom in") << 11 << 0 << 0 << 1;
-    }
-    void controlTurnsTheSelectedView()
-    {
-        QFETCH(int, code);
-        QFETCH(int, panSign);
-        QFETCH(int, tiltSign);
-        QFETCH(int, zoomSign);
-        const Pos start = PosOf(*m_view);
-        QVERIFY(m_soft->Control(unsigned(code), false, 40));
-        auto moved = [&] {
-            const Pos now = PosOf(*m_view);
-            const double pan = std::fmod(now.pan - start.pan + 540.0, 360.0) - 180.0;
-            return (panSign == 0 || pan * panSign > 2.0) && (tiltSign == 0 || (now.tilt - start.tilt) * tiltSign > 2.0)
-                   && (zoomSign == 0 || now.zoom > start.zoom);
-        };
-        QTRY_VERIFY(moved());
-        QVERIFY(m_soft->Control(unsigned(code), true, 0));
-        const Pos stopped = PosOf(*m_view);
-        // Only the other sub-views stay where they were.
-        m_view->SetSelectedWnd(1);
-        QCOMPARE(PosOf(*m_view).pan, 0.0);
-        m_view->SetSelectedWnd(0);
-        QCOMPARE(PosOf(*m_view).pan, stopped.pan);
-    }
     void refusesBadControl_data()
     {
         QTest::addColumn<int>("code");
@@ -125,31 +90,6 @@ private Q_SLOTS:
         QVERIFY(!ptz_test::Storage()->IsAutoScan(kFishEye, true));
         m_soft->Control(PTZ_CMD_TILT_DOWN, true, 0);
     }
-    void presetsStoreAndRecallTheView()
-    {
-        m_soft->SetSemisphereFishEyePTZPos(120.0, -30.0, 2.0);
-        PresetInfo entrance = Preset(5, PRESET_TYPE_INVALID, QStringLiteral("Entrance"));
-        QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, entrance));
-        const auto stored = m_env.store()->virtualPreset(kFishEye, 5);
-        QVERIFY(stored);
-        QCOMPARE(stored->type, int(PRESET_TYPE_FISHEYE));
-        QCOMPARE(stored->pan, 120.0);
-
-        m_soft->SetSemisphereFishEyePTZPos(10.0, -80.0, 1.0);
-        PresetInfo recalled = Preset(5, PRESET_TYPE_INVALID, QString());
-        QVERIFY(m_soft->RunPreset(recalled));
-        QCOMPARE(QString::fromStdString(recalled.preset_name), QStringLiteral("Entrance"));
-        const Pos now = PosOf(*m_view);
-        QCOMPARE(now.pan, 120.0);
-        QCOMPARE(now.tilt, -30.0);
-        QCOMPARE(now.zoom, 2.0);
-
-        QVERIFY(!m_soft->RunPreset(6u));
-        PresetInfo outside = Preset(257, PRESET_TYPE_INVALID, QString());
-        QVERIFY(!m_soft->Preset(CBaseSoftwarePtzControllor::kPresetSet, outside));
-        QVERIFY(m_soft->Preset(CBaseSoftwarePtzControllor::kPresetClear, recalled));
-        QVERIFY(!m_env.store()->virtualPreset(kFishEye, 5));
-    }
     void patrolVisitsItsPoints()
     {
         storePreset(1, 30.0, -20.0, 1.0);
@@ -178,46 +118,6 @@ private Q_SLOTS:
         QCOMPARE(running.at(1).at(0).toBool(), false);
         QVERIFY(!m_soft->IsPtzPatrolling(number));
         QVERIFY(!m_view->IsSelectedWndPatrolling(number));
-    }
-    void patrolPathsComeFromTheStore()
-    {
-        site_store::PatrolRecord record;
-        record.cameraId = kFishEye;
-        record.number = 4;
-        record.type = CRUISE_TYPE_SOFTWARE;
-        record.points = {{1, 10, 5, QString()}, {2, 10, 6, QString()}};
-        QVERIFY(m_env.store()->upsertPatrol(record));
-        std::vector<CruisePoint> points;
-        QVERIFY(m_soft->GetPatrolPathByIndex(4, points));
-        QCOMPARE(int(points.size()), 2);
-        QCOMPARE(points.at(1).dwell_time, 6);
-        QVERIFY(!m_soft->GetPatrolPathByIndex(5, points));
-
-        std::vector<CruisePoint> none;
-        QVERIFY(m_soft->StartPtzPatrol(4, none));
-        QCOMPARE(m_soft->GetPatrolPath(), 4);
-        m_soft->StopPtzPatrol();
-        QCOMPARE(m_soft->GetPatrolPath(), 4); // the last one run
-    }
-    void fishEyeViewsKeepTheirOwnState()
-    {
-        QSignalSpy open(m_view, &CSimpleFishEyeController::SignalFishEyeWndOpen);
-        QSignalSpy selected(m_view, &CSimpleFishEyeController::SignalFishEyeSelectedWndChanged);
-        m_view->SetFishEyeWndOpen(true);
-        QCOMPARE(open.count(), 0);
-        m_view->SetFishEyeWndOpen(false);
-        QCOMPARE(open.count(), 1);
-        QCOMPARE(open.at(0).at(0).toBool(), false);
-
-        m_view->SetSelectedWndAutoPanning(true);
-        m_view->SetSelectedWnd(2);
-        m_view->SetSelectedWnd(2);
-        m_view->SetSelectedWnd(9); // clamped to the last view
-        QCOMPARE(selected.count(), 2);
-        QCOMPARE(m_view->GetSelectedWnd(), 3);
-        QVERIFY(!m_view->IsSelectedWndAutoPanning());
-        m_view->SetSelectedWnd(0);
-        QVERIFY(m_view->IsSelectedWndAutoPanning());
     }
 
 private:

@@ -11,11 +11,6 @@ namespace demo = site_store::demo;
 
 namespace {
 const QString kOther = QStringLiteral("other-camera");
-
-PTZControlCommand Cmd(uint32_t code, uint32_t action)
-{
-    return ptz_test::Cmd(kDome, code, action, 12);
-}
 } // namespace
 
 class TestPTZStateStorageManager : public QObject
@@ -26,46 +21,6 @@ private Q_SLOTS:
     void init() { m_env.setUp(); }
     void cleanup() { m_env.tearDown(); }
 
-    void unknownCameraReadsIdle()
-    {
-        QVERIFY(!Storage()->IsLight(kOther));
-        QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
-        QCOMPARE(Storage()->GetRunningPattern(kOther), -1);
-        int number = 0;
-        QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
-        QVERIFY(!Storage()->HasCamera(kOther)); // reading registers nothing
-    }
-    void patternNumbers_data()
-    {
-        QTest::addColumn<int>("stored");
-        QTest::addColumn<int>("read");
-        QTest::newRow("pattern 3") << 3 << 3;
-        QTest::newRow("0 clears") << 0 << -1;
-        QTest::newRow("-1 clears") << -1 << -1;
-    }
-    void patternNumbers()
-    {
-        QFETCH(int, stored);
-        QFETCH(int, read);
-        Storage()->SetRunningPattern(kOther, 2);
-        Storage()->SetRecordPattern(kOther, 2);
-        Storage()->SetRunningPattern(kOther, stored);
-        Storage()->SetRecordPattern(kOther, stored);
-        QCOMPARE(Storage()->GetRunningPattern(kOther), read);
-        QCOMPARE(Storage()->GetRecordPattern(kOther), read);
-        QCOMPARE(Storage()->IsRunningPattern(kOther), read > 0);
-        QCOMPARE(Storage()->IsRecordPattern(kOther), read > 0);
-    }
-    void autoScanKeepsDeviceAndSoftwareApart()
-    {
-        Storage()->SetAutoScan(kOther, true, true);
-        QVERIFY(Storage()->IsAutoScan(kOther, true));
-        QVERIFY(!Storage()->IsAutoScan(kOther, false));
-        Storage()->SetAutoScan(kOther, true, false);
-        Storage()->SetAutoScan(kOther, false, true);
-        QVERIFY(Storage()->IsAutoScan(kOther, false));
-        QVERIFY(!Storage()->IsAutoScan(kOther, true));
-    }
     void changesAreSignalledOnce()
     {
         QSignalSpy changed(Storage(), &CPTZStateStorageManager::SignalStateChanged);
@@ -153,32 +108,6 @@ private Q_SLOTS:
         QCOMPARE(cam->status().runningPatrol, 0);
         QTRY_COMPARE(cam->status().runningPatrol, 1);
         QCOMPARE(Storage()->GetRunningCruise(kDome), 1);
-    }
-    void panelsOfOneCameraShareTheState()
-    {
-        // Each panel may hold its own controller; the running state is one.
-        CUniversalPTZController first;
-        CUniversalPTZController second;
-        QSignalSpy firstOk(&first, &CUniversalPTZController::SignalExecutionSucceeded);
-        QSignalSpy secondOk(&second, &CUniversalPTZController::SignalExecutionSucceeded);
-        QSignalSpy secondInterrupt(&second, &CUniversalPTZController::SignalPTZPanelInterrupt);
-
-        first.Control(Cmd(2, 0));
-        first.Control(Cmd(29, 0));
-        QTRY_COMPARE(firstOk.count(), 2);
-        QVERIFY(Storage()->IsLight(kDome));
-        QVERIFY(Storage()->IsAutoScan(kDome, false));
-        QCOMPARE(secondOk.count(), 0); // answers go to the controller that was asked
-
-        second.Control(Cmd(23, 0));
-        QTRY_COMPARE(secondOk.count(), 1);
-        QCOMPARE(secondInterrupt.count(), 1);
-        QVERIFY(!Storage()->IsAutoScan(kDome, false));
-        second.Control(Cmd(23, 1));
-        second.Control(Cmd(2, 1));
-        QTRY_COMPARE(secondOk.count(), 3);
-        QVERIFY(!Storage()->IsLight(kDome));
-        QVERIFY(!m_env.camera(demo::kSpeedDome)->status().light);
     }
 
 private:

@@ -22,36 +22,6 @@ private Q_SLOTS:
     }
     void cleanup() { m_env.tearDown(); }
 
-    void runsAVirtualPresetPatrol()
-    {
-        storePatrol(2, CRUISE_TYPE_VIRTUAL, 15);
-        CVirtualPtzControllor controller;
-        controller.SetCamera(kDome);
-        QSignalSpy state(&controller, &CVirtualPtzControllor::SignalCruiseStateChanged);
-        QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
-
-        QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStart, 2));
-        QCOMPARE(state.count(), 1);
-        QCOMPARE(state.at(0).at(0).toString(), kDome);
-        QCOMPARE(state.at(0).at(1).toInt(), 2);
-        QCOMPARE(state.at(0).at(2).toBool(), true);
-        unsigned int number = 0;
-        QVERIFY(controller.GetRunningState(number));
-        QCOMPARE(number, 2u);
-        QVERIFY(controller.IsRunningPatrol());
-        // The first point's part of the picture: centred at half width and height, a quarter in size.
-        QCOMPARE(zoom.count(), 1);
-        const QRectF area = controller.GetDigitalZoomRect();
-        QCOMPARE(area.width(), 0.25);
-        QCOMPARE(area.center(), QPointF(0.5, 0.5));
-
-        QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStop, 0));
-        QCOMPARE(state.count(), 2);
-        QCOMPARE(state.at(1).at(2).toBool(), false);
-        QVERIFY(!controller.GetRunningState(number));
-        QVERIFY(controller.Cruise(CVirtualPtzControllor::kCruiseStop, 0)); // stopping twice is harmless
-        QCOMPARE(state.count(), 2);
-    }
     void refusesWhatItCannotRun_data()
     {
         QTest::addColumn<QString>("camera");
@@ -78,21 +48,6 @@ private Q_SLOTS:
         QVERIFY(!controller.Cruise(unsigned(command), unsigned(patrol)));
         QCOMPARE(state.count(), 0);
         QVERIFY(!controller.IsRunningPatrol());
-    }
-    void digitalZoomStyle()
-    {
-        CVirtualPtzControllor controller;
-        QSignalSpy zoom(&controller, &CVirtualPtzControllor::SignalDigitalZoomStyleChanged);
-        controller.SetDigitalZoomStyle(false, -1, -1, -1, -1); // already clear
-        QCOMPARE(zoom.count(), 0);
-        controller.SetDigitalZoomStyle(1, 0.1, 0.2, 0.5, 0.6);
-        QCOMPARE(zoom.count(), 1);
-        QCOMPARE(controller.GetDigitalZoomStyle(), 1);
-        QCOMPARE(controller.GetDigitalZoomRect(), QRectF(QPointF(0.1, 0.2), QPointF(0.5, 0.6)));
-        controller.SetDigitalZoomStyle(1, 0.5, 0.5, 0.4, 0.9); // empty rectangle clears
-        QCOMPARE(zoom.count(), 2);
-        QCOMPARE(controller.GetDigitalZoomStyle(), 0);
-        QVERIFY(controller.GetDigitalZoomRect().isNull());
     }
 
 private:

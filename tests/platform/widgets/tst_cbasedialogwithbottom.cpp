@@ -31,24 +31,6 @@ class TestCBaseDialogWithBottom : public QObject
     Q_OBJECT
 
 private slots:
-    void buttonsAcceptAndReject_data()
-    {
-        QTest::addColumn<bool>("confirm");
-        QTest::addColumn<int>("result");
-        QTest::newRow("confirm") << true << int(QDialog::Accepted);
-        QTest::newRow("cancel") << false << int(QDialog::Rejected);
-    }
-    void buttonsAcceptAndReject()
-    {
-        QFETCH(bool, confirm);
-        QFETCH(int, result);
-        CBaseDialogWithBottom dialog;
-        dialog.show();
-        QSignalSpy finished(&dialog, &QDialog::finished);
-        QTest::mouseClick(confirm ? dialog.GetConfirmButton() : dialog.GetCancelButton(), Qt::LeftButton);
-        QCOMPARE(finished.count(), 1);
-        QCOMPARE(dialog.result(), result);
-    }
     void reconnectedConfirmRunsTheCheckOnly()
     {
         CheckingDialog dialog;

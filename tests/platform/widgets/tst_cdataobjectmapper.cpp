@@ -11,33 +11,6 @@ class TestCDataObjectMapper : public QObject
     Q_OBJECT
 
 private slots:
-    void pageSwitch_data()
-    {
-        QTest::addColumn<int>("page");
-        QTest::newRow("first") << 0;
-        QTest::newRow("second") << 1;
-        QTest::newRow("third") << 2;
-    }
-    void pageSwitch()
-    {
-        QFETCH(int, page);
-        QWidget host;
-        QWidget *pages[3] = {new QWidget(&host), new QWidget(&host), new QWidget(&host)};
-        CDataObjectMapper mapper;
-        for (int i = 0; i < 3; ++i)
-            mapper.AddMapping(pages[i], 1257 + i);
-        host.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&host));
-
-        QMap<int, QVariant> values;
-        for (int i = 0; i < 3; ++i)
-            values.insert(1257 + i, i == page);
-        mapper.SetData(values);
-        for (int i = 0; i < 3; ++i) {
-            QCOMPARE(pages[i]->isVisible(), i == page);
-            QCOMPARE(mapper.GetData(1257 + i).toBool(), i == page);
-        }
-    }
     void pageSwitchNeverShowsTwoPages()
     {
         QWidget host;

@@ -1,11 +1,7 @@
 #include "quillon/cguitoolkit.h"
-#include "quillon/cscrollarea.h"
-#include "quillon/cscrollbar.h"
-#include "quillon/cscrollbardelegate.h"
 
 #include <QFile>
 #include <QPixmapCache>
-#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,7 +28,6 @@ private slots:
         QTest::addColumn<qreal>("ratio");
         QTest::addColumn<QSize>("physical");
         QTest::newRow("1.0") << qreal(1.0) << QSize(24, 24);
-        QTest::newRow("1.5") << qreal(1.5) << QSize(36, 36);
         QTest::newRow("2.0") << qreal(2.0) << QSize(48, 48);
     }
     void svgRenderedForRatio()
@@ -62,31 +57,6 @@ private slots:
         QVERIFY(CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(), 1.0).isNull());
         QWidget w;
         QVERIFY(!CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(8, 8), &w).isNull());
-    }
-    void gifScale()
-    {
-        CGUIToolkit::SetGifScaleOverride(1.5);
-        QCOMPARE(CGUIToolkit::ScaleByGifScale(QSize(100, 40)), QSize(150, 60));
-        QCOMPARE(CGUIToolkit::ScaleByGifScale(30), 45);
-        CGUIToolkit::SetGifScaleOverride(0);
-        QVERIFY(CGUIToolkit::GetGifScale() >= 1.0);
-    }
-    void scrollBarDelegateReportsItsBars()
-    {
-        CScrollArea area;
-        CScrollBarDelegate *d = area.GetScrollBarDelegate();
-        QVERIFY(d);
-        QCOMPARE(area.verticalScrollBar(), static_cast<QScrollBar *>(d->GetVerticalScrollBar()));
-        QCOMPARE(area.horizontalScrollBar(), static_cast<QScrollBar *>(d->GetHorizontalScrollBar()));
-        // Replaced bars are no longer ours to rename.
-        area.setHorizontalScrollBar(new QScrollBar(Qt::Horizontal));
-        QVERIFY(!d->GetHorizontalScrollBar());
-        QVERIFY(d->GetVerticalScrollBar());
-
-        QScrollArea plain;
-        CScrollBarDelegate verticalOnly(&plain, Qt::Vertical);
-        QVERIFY(verticalOnly.GetVerticalScrollBar());
-        QVERIFY(!verticalOnly.GetHorizontalScrollBar());
     }
 
 private:

@@ -2,7 +2,6 @@
 #include "quillon/cstandarditem.h"
 #include "quillon/cstandarditemmodel.h"
 
-#include <QAbstractItemModelTester>
 #include <QTest>
 
 using namespace Quillon;
@@ -12,20 +11,6 @@ class TestCStandardItemModel : public QObject
     Q_OBJECT
 
 private slots:
-    void modelIsConsistentThroughEdits()
-    {
-        CStandardItemModel model;
-        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        model.setColumnCount(3);
-        for (int i = 0; i < 5; ++i)
-            model.appendRow({new CStandardItem(QString::number(i)), new CStandardItem, new CStandardItem});
-        model.insertRow(0, {new CStandardItem(QStringLiteral("top")), new CStandardItem, new CStandardItem});
-        model.item(2, 2)->setData(QPixmap(8, 8), ItemFirstRightPixmapRole);
-        model.removeRows(1, 2);
-        model.GetItem(0)->SetItemEnabled(false);
-        model.clear();
-        QCOMPARE(model.rowCount(), 0);
-    }
     void createdCellsAreLibraryItems_data()
     {
         QTest::addColumn<int>("row");
@@ -64,28 +49,6 @@ private slots:
         CStandardItemModel other;
         other.appendRow(new CStandardItem);
         QVERIFY(!model.GetItemFromIndex(other.index(0, 0)));
-    }
-    void itemTextSetsBothRoles()
-    {
-        CStandardItem item;
-        item.SetItemText(QStringLiteral("Patrol 1"));
-        QCOMPARE(item.text(), QStringLiteral("Patrol 1"));
-        QCOMPARE(item.data(ItemTextRole).toString(), QStringLiteral("Patrol 1"));
-        item.setData(QStringLiteral("painted"), ItemTextRole);
-        QCOMPARE(item.GetItemText(), QStringLiteral("painted"));
-
-        CStandardItem plain(QStringLiteral("display only"));
-        QCOMPARE(plain.GetItemText(), QStringLiteral("display only"));
-        plain.SetItemEnabled(false);
-        QVERIFY(!(plain.flags() & Qt::ItemIsEnabled));
-    }
-    void clonedItemKeepsTypeAndData()
-    {
-        CStandardItem item(QStringLiteral("x"));
-        item.setData(3, ItemNumberRole);
-        QScopedPointer<QStandardItem> copy(item.clone());
-        QVERIFY(dynamic_cast<CStandardItem *>(copy.data()));
-        QCOMPARE(copy->data(ItemNumberRole).toInt(), 3);
     }
 };
 
