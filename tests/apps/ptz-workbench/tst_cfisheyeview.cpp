@@ -6,9 +6,6 @@
 
 #include "direction/cptzcloud.h"
 #include "panel/cpreviewptzwnd.h"
-#include "ptz_devices/csimulatedcamera.h"
-#include "zeph_plugin_manager/cdrivertestaccess.h"
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QTest>
@@ -33,163 +30,107 @@ class TestFishEyeView : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
+    void init()
+    {
+        m_fx.setUp();
+        m_fx.window()->resize(1400, 800);
+    }
     void cleanup() { m_fx.tearDown(); }
-    void scriptOpensAndClosesTheViewAndThePanelFollows();
-    void padSteersTheSelectedSubView_data();
-    void padSteersTheSelectedSubView();
-    void keysSteerTheSubViewNotTheDevice();
-    void autoPanStaysWithItsSubView();
-    void anotherPictureClosesTheView();
+    void viewOpensAndClosesAndThePanelFollows()
+    {
+        CWorkbenchWindow *window = m_fx.window();
+        CWorkbenchScript script;
+        QString error;
+        QVERIFY2(script.Parse(QStringLiteral("bind 1 %1\nfisheye 1 open\n").arg(kFishEye), &error), qPrintable(error));
+        QVERIFY2(script.Run(window, &error, [](int) {}), qPrintable(error));
+        QVERIFY(CFishEyeView::Of(window->View(0)));
+        QCOMPARE(window->Panel(0)->WndType(), PreviewPTZControl::PTZWndSoftware);
+
+        QVERIFY(script.Parse(QStringLiteral("fisheye 1 close\n"), &error));
+        QVERIFY2(script.Run(window, &error, [](int) {}), qPrintable(error));
+        QVERIFY(!CFishEyeView::Of(window->View(0)));
+        QCOMPARE(window->Panel(0)->WndType(), PreviewPTZControl::PTZWndDevice);
+        // Another picture on the screen closes the view; a camera without the lens has none.
+        QVERIFY(open());
+        window->BindCamera(0, kDome);
+        QVERIFY(!CFishEyeView::Of(window->View(0)));
+        QCOMPARE(window->Panel(0)->WndType(), PreviewPTZControl::PTZWndDevice);
+        QVERIFY(!window->SetFishEyeOpen(0, true));
+    }
+    void padSteersTheSelectedSubView_data()
+    {
+        QTest::addColumn<int>("subView"); // selected by a click on the picture, ending the auto-pan mark
+        QTest::addColumn<int>("section");
+        QTest::addColumn<double>("minPan");
+        QTest::addColumn<double>("maxPan");
+
+        // Sub-view 1 starts at pan 0: a move to the left wraps past 360.
+        QTest::newRow("left wraps") << 0 << int(CPTZCloud::MiddleLeft) << 180.0 << 359.99;
+        QTest::newRow("third sub-view clicked, right") << 2 << int(CPTZCloud::MiddleRight) << 0.0 << 360.0;
+    }
+    void padSteersTheSelectedSubView()
+    {
+        QFETCH(int, subView);
+        QFETCH(int, section);
+        QFETCH(double, minPan);
+        QFETCH(double, maxPan);
+        CFishEyeView *fishEye = open();
+        QCOMPARE(fishEye->SelectedSubView(), 0);
+        if (subView != 0) {
+            cloud()->SetSectionChecked(CPTZCloud::Center, true);
+            QTest::mouseClick(fishEye, Qt::LeftButton, Qt::NoModifier, fishEye->SubViewRect(subView).center());
+            QCOMPARE(fishEye->SelectedSubView(), subView);
+            QCOMPARE(cloud()->sectionStatus(CPTZCloud::Center), 0);
+        }
+        const Pos start = SubViewPos(fishEye, subView);
+        const int other = (subView + 1) % 4;
+        const Pos otherStart = SubViewPos(fishEye, other);
+        const QImage before = fishEye->SubViewImage(subView);
+
+        emit cloud()->signalPressSection(nullptr, CPTZCloud::enClickSection(section));
+        QTRY_VERIFY(SubViewPos(fishEye, subView).pan != start.pan || SubViewPos(fishEye, subView).tilt != start.tilt);
+        emit cloud()->signalReleaseSection(nullptr, CPTZCloud::enClickSection(section));
+
+        const Pos moved = SubViewPos(fishEye, subView);
+        QVERIFY2(moved.pan >= minPan && moved.pan <= maxPan, qPrintable(QString::number(moved.pan)));
+        QVERIFY(fishEye->SubViewImage(subView) != before);
+        // Only the selected sub-view moves.
+        QCOMPARE(SubViewPos(fishEye, other).pan, otherStart.pan);
+        QCOMPARE(SubViewPos(fishEye, other).tilt, otherStart.tilt);
+    }
+    void keysSteerTheSubViewNotTheDevice()
+    {
+        CFishEyeView *fishEye = open();
+        m_fx.camera(kFishEye)->clearRequestLog();
+        CWorkbenchWindow *window = m_fx.window();
+        const Pos start = SubViewPos(fishEye, 0);
+        QTest::keyPress(window, Qt::Key_Right);
+        QTRY_VERIFY(SubViewPos(fishEye, 0).pan != start.pan);
+        QTest::keyRelease(window, Qt::Key_Right);
+        // While the next key tilts the sub-view, its pan must stand where the release left it.
+        const Pos stopped = SubViewPos(fishEye, 0);
+        QTest::keyPress(window, Qt::Key_Up);
+        QTRY_VERIFY(SubViewPos(fishEye, 0).tilt != stopped.tilt);
+        QTest::keyRelease(window, Qt::Key_Up);
+        QCOMPARE(SubViewPos(fishEye, 0).pan, stopped.pan);
+        QVERIFY(m_fx.operations(kFishEye).isEmpty());
+    }
 
 private:
     CPTZCloud *cloud() const { return m_fx.window()->Panel(0)->findChild<CPTZCloud *>(QStringLiteral("ptr_cloud_")); }
     // Opens the fish-eye view of the fish-eye camera on the first screen.
-    CFishEyeView *open();
+    CFishEyeView *open()
+    {
+        m_fx.window()->BindCamera(0, kFishEye);
+        if (!m_fx.window()->SetFishEyeOpen(0, true))
+            return nullptr;
+        CFishEyeView *view = CFishEyeView::Of(m_fx.window()->View(0));
+        view->resize(800, 450);
+        return view;
+    }
 
     WorkbenchFixture m_fx;
 };
-
-void TestFishEyeView::init()
-{
-    m_fx.setUp();
-    m_fx.window()->resize(1400, 800);
-}
-
-CFishEyeView *TestFishEyeView::open()
-{
-    m_fx.window()->BindCamera(0, kFishEye);
-    if (!m_fx.window()->SetFishEyeOpen(0, true))
-        return nullptr;
-    CFishEyeView *view = CFishEyeView::Of(m_fx.window()->View(0));
-    view->resize(800, 450);
-    return view;
-}
-
-void TestFishEyeView::scriptOpensAndClosesTheViewAndThePanelFollows()
-{
-    CWorkbenchWindow *window = m_fx.window();
-    CWorkbenchScript script;
-    QString error;
-    QVERIFY2(script.Parse(QStringLiteral("bind 1 %1\nfisheye 1 open\n").arg(kFishEye), &error), qPrintable(error));
-    QVERIFY2(script.Run(window, &error, [](int) {}), qPrintable(error));
-    QVERIFY(CFishEyeView::Of(window->View(0)));
-    QCOMPARE(window->Panel(0)->WndType(), PreviewPTZControl::PTZWndSoftware);
-
-    // A camera without a fish-eye lens has no fish-eye view.
-    window->BindCamera(1, kDome);
-    QVERIFY(script.Parse(QStringLiteral("fisheye 2 open\n"), &error));
-    QVERIFY(!script.Run(window, &error, [](int) {}));
-    QVERIFY(error.contains(QLatin1String("line 1")));
-    QCOMPARE(window->Panel(1)->WndType(), PreviewPTZControl::PTZWndDevice);
-
-    QVERIFY(script.Parse(QStringLiteral("fisheye 1 close\n"), &error));
-    QVERIFY2(script.Run(window, &error, [](int) {}), qPrintable(error));
-    QVERIFY(!CFishEyeView::Of(window->View(0)));
-    QCOMPARE(window->Panel(0)->WndType(), PreviewPTZControl::PTZWndDevice);
-}
-
-void TestFishEyeView::padSteersTheSelectedSubView_data()
-{
-    QTest::addColumn<int>("subView"); // selected by a click on the picture, ending the auto-pan mark
-    QTest::addColumn<int>("section");
-    QTest::addColumn<double>("minPan");
-    QTest::addColumn<double>("maxPan");
-    QTest::addColumn<bool>("tiltChanges");
-
-    // Sub-view 1 starts at pan 0: a move to the left wraps past 360.
-    QTest::newRow("right") << 0 << int(CPTZCloud::MiddleRight) << 0.1 << 180.0 << false;
-    QTest::newRow("left wraps") << 0 << int(CPTZCloud::MiddleLeft) << 180.0 << 359.99 << false;
-    QTest::newRow("up") << 0 << int(CPTZCloud::TopMiddle) << 0.0 << 0.0 << true;
-    QTest::newRow("third sub-view clicked, right") << 2 << int(CPTZCloud::MiddleRight) << 0.0 << 360.0 << false;
-}
-
-void TestFishEyeView::padSteersTheSelectedSubView()
-{
-    QFETCH(int, subView);
-    QFETCH(int, section);
-    QFETCH(double, minPan);
-    QFETCH(double, maxPan);
-    QFETCH(bool, tiltChanges);
-    CFishEyeView *fishEye = open();
-    QVERIFY(fishEye);
-    QCOMPARE(fishEye->SelectedSubView(), 0);
-    if (subView != 0) {
-        cloud()->SetSectionChecked(CPTZCloud::Center, true);
-        QTest::mouseClick(fishEye, Qt::LeftButton, Qt::NoModifier, fishEye->SubViewRect(subView).center());
-        QCOMPARE(fishEye->SelectedSubView(), subView);
-        QCOMPARE(cloud()->sectionStatus(CPTZCloud::Center), 0);
-    }
-    const Pos start = SubViewPos(fishEye, subView);
-    const int other = (subView + 1) % 4;
-    const Pos otherStart = SubViewPos(fishEye, other);
-    const QImage before = fishEye->SubViewImage(subView);
-
-    emit cloud()->signalPressSection(nullptr, CPTZCloud::enClickSection(section));
-    QTRY_VERIFY(SubViewPos(fishEye, subView).pan != start.pan || SubViewPos(fishEye, subView).tilt != start.tilt);
-    emit cloud()->signalReleaseSection(nullptr, CPTZCloud::enClickSection(section));
-
-    const Pos moved = SubViewPos(fishEye, subView);
-    QVERIFY2(moved.pan >= minPan && moved.pan <= maxPan, qPrintable(QString::number(moved.pan)));
-    QCOMPARE(moved.tilt != start.tilt, tiltChanges);
-    QVERIFY(moved.tilt <= 0.0);
-    QVERIFY(fishEye->SubViewImage(subView) != before);
-    // Only the selected sub-view moves.
-    QCOMPARE(SubViewPos(fishEye, other).pan, otherStart.pan);
-    QCOMPARE(SubViewPos(fishEye, other).tilt, otherStart.tilt);
-}
-
-void TestFishEyeView::keysSteerTheSubViewNotTheDevice()
-{
-    CFishEyeView *fishEye = open();
-    QVERIFY(fishEye);
-    auto *device =
-        qobject_cast<ptz_devices::CSimulatedCamera *>(ZephPluginManager::CDriverTestAccess::GetDriver(kFishEye));
-    QVERIFY(device);
-    device->clearRequestLog();
-    CWorkbenchWindow *window = m_fx.window();
-    const Pos start = SubViewPos(fishEye, 0);
-    QTest::keyPress(window, Qt::Key_Right);
-    QTRY_VERIFY(SubViewPos(fishEye, 0).pan != start.pan);
-    QTest::keyRelease(window, Qt::Key_Right);
-    // While the next key tilts the sub-view, its pan must stand where the release left it.
-    const Pos stopped = SubViewPos(fishEye, 0);
-    QTest::keyPress(window, Qt::Key_Up);
-    QTRY_VERIFY(SubViewPos(fishEye, 0).tilt != stopped.tilt);
-    QTest::keyRelease(window, Qt::Key_Up);
-    QCOMPARE(SubViewPos(fishEye, 0).pan, stopped.pan);
-    QVERIFY(device->requestLog().isEmpty());
-}
-
-void TestFishEyeView::autoPanStaysWithItsSubView()
-{
-    CFishEyeView *fishEye = open();
-    QVERIFY(fishEye);
-    const Pos start = SubViewPos(fishEye, 0);
-    emit cloud()->signalPressSection(nullptr, CPTZCloud::Center); // the pad's auto-pan toggle turned on
-    QTRY_VERIFY(SubViewPos(fishEye, 0).pan != start.pan);
-    auto *state = zeph_ptz_controller::CPTZStateStorageManager::Instance();
-    QVERIFY(state->IsAutoScan(kFishEye, true));
-
-    // Selected from the host (no press on the picture): sub-view 3 does not take over the auto-pan,
-    // and sub-view 1 carries on with it once selected again.
-    fishEye->Controller()->SetSelectedWnd(2);
-    QVERIFY(!state->IsAutoScan(kFishEye, true));
-    QCOMPARE(cloud()->sectionStatus(CPTZCloud::Center), 0);
-    fishEye->Controller()->SetSelectedWnd(0);
-    QVERIFY(state->IsAutoScan(kFishEye, true));
-    const Pos resumed = SubViewPos(fishEye, 0);
-    QTRY_VERIFY(SubViewPos(fishEye, 0).pan != resumed.pan);
-}
-
-void TestFishEyeView::anotherPictureClosesTheView()
-{
-    QVERIFY(open());
-    m_fx.window()->BindCamera(0, kDome);
-    QVERIFY(!CFishEyeView::Of(m_fx.window()->View(0)));
-    QCOMPARE(m_fx.window()->Panel(0)->WndType(), PreviewPTZControl::PTZWndDevice);
-    QVERIFY(!m_fx.window()->SetFishEyeOpen(0, true));
-}
 
 QTEST_MAIN(TestFishEyeView)
 #include "tst_cfisheyeview.moc"

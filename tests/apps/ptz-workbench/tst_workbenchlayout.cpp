@@ -1,4 +1,5 @@
-// The panel fits the default window: nothing of it is cut at 1, 4 or 9 screens, in either layout.
+// The panel fits the default window: nothing of it is cut at 1, 4 or 9 screens, in either layout
+// and either theme.
 #include "support/workbenchfixture.h"
 
 #include "panel/cpreviewptzwnd.h"
@@ -36,15 +37,6 @@ double InkContrast(const QPixmap &pixmap, const QColor &background)
     return best;
 }
 
-QString Where(const QWidget *w, const QRect &r)
-{
-    return QStringLiteral("%1 at %2,%3 %4x%5")
-        .arg(w->objectName())
-        .arg(r.x())
-        .arg(r.y())
-        .arg(r.width())
-        .arg(r.height());
-}
 } // namespace
 
 class TestWorkbenchLayout : public QObject
@@ -53,87 +45,67 @@ class TestWorkbenchLayout : public QObject
 private slots:
     void init() { m_fx.setUp(); }
     void cleanup() { m_fx.tearDown(); }
-    void panelFitsTheDefaultWindow_data();
-    void panelFitsTheDefaultWindow();
-    void presetRowIconsStandOut_data();
-    void presetRowIconsStandOut();
+    void panelFitsTheDefaultWindow_data()
+    {
+        QTest::addColumn<int>("screens");
+        QTest::addColumn<bool>("stacked");
+        QTest::addColumn<bool>("white");
+        for (int screens : {1, 4, 9})
+            for (bool stacked : {false, true})
+                for (bool white : {false, true})
+                    QTest::addRow("%d screens, %s, %s", screens, stacked ? "stacked" : "side", white ? "white" : "dark")
+                        << screens << stacked << white;
+    }
+    void panelFitsTheDefaultWindow()
+    {
+        QFETCH(int, screens);
+        QFETCH(bool, stacked);
+        QFETCH(bool, white);
+        CWorkbenchWindow *window = m_fx.window();
+        window->SetScreenCount(screens);
+        // Through the other layout first: switching back must restore the rows it rearranged.
+        window->SetStackedLayout(!stacked);
+        window->SetStackedLayout(stacked);
+        window->SetWhiteTheme(white);
+        QVERIFY(m_fx.showActive());
+        PreviewPTZControl::CPreviewPTZWnd *panel = window->Panel(window->SelectedScreen());
+        const QRect inWindow(panel->mapTo(window, QPoint(0, 0)), panel->size());
+        QVERIFY(window->rect().contains(inWindow));
+        // Side by side, the function buttons start at the top like the pad, with no empty band above.
+        if (!stacked) {
+            const QString strip = white ? "m_pFrameAppendFun_white_" : "m_pFrameAppendFun";
+            QTRY_VERIFY(panel->findChild<QWidget *>(strip)->mapTo(panel, QPoint(0, 0)).y() < 40);
+        }
+        // Each visible control is whole: inside the panel, and at least its minimum size.
+        int controls = 0;
+        for (QWidget *w : panel->findChildren<QWidget *>()) {
+            if (!w->isVisibleTo(panel) || !(qobject_cast<QLineEdit *>(w) || qobject_cast<QTabBar *>(w)))
+                continue;
+            ++controls;
+            const QRect r(w->mapTo(panel, QPoint(0, 0)), w->size());
+            QVERIFY2(panel->rect().contains(r), qPrintable(w->objectName()));
+            if (auto *tabs = qobject_cast<QTabBar *>(w))
+                QVERIFY2(tabs->rect().contains(tabs->tabRect(tabs->count() - 1)), "the last tab is cut off");
+        }
+        QVERIFY(controls > 0);
+        // The preset list is built before the host switches the panel's theme: its rows follow, and
+        // their icons stand out from the list's background.
+        const auto *model = panel->findChild<PreviewPTZControl::CPresetTableModel *>();
+        const PreviewPTZControl::CPresetModelIcon &icons = model->GetIcons();
+        QCOMPARE(icons.IsWhiteTheme(), white);
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QModelIndex action = model->index(row, PreviewPTZControl::CPresetTableModel::kColumnAction);
+            QCOMPARE(action.data(Quillon::ItemFirstRightPixmapRole).value<QPixmap>().cacheKey(),
+                     icons.GetStartPixmap().cacheKey());
+        }
+        const QColor background = white ? QColor(Qt::white) : QColor(0x23, 0x27, 0x2e);
+        for (const QPixmap &icon : {icons.GetStartPixmap(), icons.GetEditPixmap(), icons.GetDeletePixmap()})
+            QVERIFY2(InkContrast(icon, background) >= 3.0, qPrintable(QString::number(InkContrast(icon, background))));
+    }
 
 private:
     WorkbenchFixture m_fx;
 };
-
-void TestWorkbenchLayout::panelFitsTheDefaultWindow_data()
-{
-    QTest::addColumn<int>("screens");
-    QTest::addColumn<bool>("stacked");
-    QTest::addColumn<bool>("white");
-    for (int screens : {1, 4, 9})
-        for (bool stacked : {false, true})
-            for (bool white : {false, true})
-                QTest::addRow("%d screens, %s, %s", screens, stacked ? "stacked" : "side", white ? "white" : "dark")
-                    << screens << stacked << white;
-}
-
-void TestWorkbenchLayout::panelFitsTheDefaultWindow()
-{
-    QFETCH(int, screens);
-    QFETCH(bool, stacked);
-    QFETCH(bool, white);
-    CWorkbenchWindow *window = m_fx.window();
-    window->SetScreenCount(screens);
-    // Through the other layout first: switching back must restore the rows it rearranged.
-    window->SetStackedLayout(!stacked);
-    window->SetStackedLayout(stacked);
-    window->SetWhiteTheme(white);
-    QVERIFY(m_fx.showActive());
-    PreviewPTZControl::CPreviewPTZWnd *panel = window->Panel(window->SelectedScreen());
-    const QRect inWindow(panel->mapTo(window, QPoint(0, 0)), panel->size());
-    QVERIFY2(window->rect().contains(inWindow), qPrintable(Where(panel, inWindow)));
-    // Side by side, the function buttons start at the top like the pad, with no empty band above.
-    if (!stacked) {
-        const QString strip = white ? "m_pFrameAppendFun_white_" : "m_pFrameAppendFun";
-        QTRY_VERIFY(panel->findChild<QWidget *>(strip)->mapTo(panel, QPoint(0, 0)).y() < 40);
-    }
-    // Each visible control is whole: inside the panel, and at least its minimum size.
-    int controls = 0;
-    for (QWidget *w : panel->findChildren<QWidget *>()) {
-        if (!w->isVisibleTo(panel) || !(qobject_cast<QLineEdit *>(w) || qobject_cast<QTabBar *>(w)))
-            continue;
-        ++controls;
-        const QRect r(w->mapTo(panel, QPoint(0, 0)), w->size());
-        QVERIFY2(panel->rect().contains(r), qPrintable(Where(w, r)));
-        if (auto *tabs = qobject_cast<QTabBar *>(w))
-            QVERIFY2(tabs->rect().contains(tabs->tabRect(tabs->count() - 1)), "the last tab is cut off");
-    }
-    QVERIFY(controls > 0);
-}
-
-void TestWorkbenchLayout::presetRowIconsStandOut_data()
-{
-    QTest::addColumn<bool>("white");
-    QTest::addColumn<QColor>("background");
-    QTest::newRow("dark") << false << QColor(0x23, 0x27, 0x2e);
-    QTest::newRow("white") << true << QColor(Qt::white);
-}
-
-void TestWorkbenchLayout::presetRowIconsStandOut()
-{
-    QFETCH(bool, white);
-    QFETCH(QColor, background);
-    m_fx.window()->SetWhiteTheme(white);
-    auto *model = m_fx.window()->Panel(0)->findChild<PreviewPTZControl::CPresetTableModel *>();
-    QVERIFY(model);
-    const PreviewPTZControl::CPresetModelIcon &icons = model->GetIcons();
-    // The list is built before the host switches the panel to white: the rows must follow.
-    QCOMPARE(icons.IsWhiteTheme(), white);
-    for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex action = model->index(row, PreviewPTZControl::CPresetTableModel::kColumnAction);
-        QCOMPARE(action.data(Quillon::ItemFirstRightPixmapRole).value<QPixmap>().cacheKey(),
-                 icons.GetStartPixmap().cacheKey());
-    }
-    for (const QPixmap &icon : {icons.GetStartPixmap(), icons.GetEditPixmap(), icons.GetDeletePixmap()})
-        QVERIFY2(InkContrast(icon, background) >= 3.0, qPrintable(QString::number(InkContrast(icon, background))));
-}
 
 QTEST_MAIN(TestWorkbenchLayout)
 #include "tst_workbenchlayout.moc"
