@@ -91,6 +91,7 @@ private Q_SLOTS:
                  0);
         QVERIFY2(m_out.startsWith(m_camera->deviceAddress() + QLatin1Char('\t')), qPrintable(m_out + m_err));
         QCOMPARE(m_out.count(QLatin1Char('\n')), 1);
+        QVERIFY(m_out.contains(QStringLiteral("onvif://www.onvif.org/type/ptz")));
     }
 };
 

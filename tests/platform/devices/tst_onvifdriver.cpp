@@ -1,12 +1,10 @@
 #include "ptz_devices/cdriverfactory.h"
-#include "ptz_devices/convifdiscovery.h"
 #include "ptz_devices/convifdriver.h"
 #include "ptz_devices/csimulatedcamera.h"
 #include "ptz_onvif_camera/cloopbackonvifcamera.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QUdpSocket>
 #include <QtTest>
 
 #include <memory>
@@ -341,25 +339,6 @@ private Q_SLOTS:
         QVERIFY2(r.error.size() > 10, qPrintable(r.error));
         QCOMPARE(m_driver->lastError(), r.error);
         QVERIFY(!m_driver->isConnected());
-    }
-
-    void discoveryFindsTheCamera()
-    {
-        QUdpSocket probePort;
-        QVERIFY(probePort.bind(QHostAddress(QHostAddress::LocalHost), 0));
-        CLoopbackOnvifCamera::Options options;
-        options.discoveryPort = probePort.localPort();
-        probePort.close();
-        CLoopbackOnvifCamera camera(options);
-        QVERIFY(camera.start());
-        QVERIFY(camera.isAnsweringDiscovery());
-
-        COnvifDiscovery discovery;
-        QSignalSpy found(&discovery, &COnvifDiscovery::found);
-        QVERIFY(discovery.probe(QHostAddress::LocalHost, quint16(options.discoveryPort)));
-        QTRY_COMPARE(found.count(), 1);
-        QCOMPARE(found.first().at(0).toString(), camera.deviceAddress());
-        QVERIFY(found.first().at(1).toString().contains(QStringLiteral("onvif://www.onvif.org/type/ptz")));
     }
 
     void killedCameraStopsByItselfAndDriverReconnects()
