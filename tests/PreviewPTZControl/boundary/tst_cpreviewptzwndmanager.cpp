@@ -11,9 +11,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <QThread>
-
-#include <atomic>
 
 using namespace PreviewPTZControl;
 
@@ -49,30 +46,6 @@ private slots:
         registry()->RemovePreviewPTZWnd(3);
         registry()->AddPreviewPTZWnd(3, &second);
         QCOMPARE(registry()->GetPreviewPTZWndByScreenIndex(3), &second);
-    }
-    void racingThreadsGetOneRegistry()
-    {
-        CPreviewPTZWndManager::DestroyInstance();
-        std::atomic<int> go{0};
-        CPreviewPTZWndManager *seen[8] = {};
-        QList<QThread *> threads;
-        for (int i = 0; i < 8; ++i) {
-            threads << QThread::create([&go, &seen, i] {
-                while (!go.load())
-                    ;
-                seen[i] = CPreviewPTZWndManager::Instance();
-            });
-            threads.last()->start();
-        }
-        go = 1;
-        for (QThread *thread : qAsConst(threads)) {
-            QVERIFY(thread->wait(5000));
-            delete thread;
-        }
-        for (auto *instance : seen)
-            QCOMPARE(instance, seen[0]);
-        // The registry lives on the user-interface thread.
-        seen[0]->moveToThread(thread());
     }
     void boardWidgetForwardsEachTipOnce()
     {

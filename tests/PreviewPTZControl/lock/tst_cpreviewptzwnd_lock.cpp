@@ -1,4 +1,5 @@
 #include "support/panelfixture.h"
+#include "support/questions.h"
 
 #include "boundary/previewptzcontroltranslator.h"
 #include "lock/caboutlockframe.h"
@@ -7,7 +8,6 @@
 #include "lock/cunlockedframe.h"
 
 #include "quillon/cfixedcontentlineedit.h"
-#include "vs_ui_data_controller/cnomalmessagemanager.h"
 #include "zeph_plugin_manager/ccurrentuser.h"
 
 #include <QLabel>
@@ -16,9 +16,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include <optional>
+
 using namespace PreviewPTZControl;
 using ptz_plugin_protocol::PTZLockStatusResponse;
-using vs_ui_data_controller::CNomalMessageManager;
 namespace demo = site_store::demo;
 
 namespace {
@@ -47,11 +48,7 @@ private slots:
     void init()
     {
         m_fx.setUp();
-        m_messages.clear();
-        CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
-            m_messages << text;
-            return int(CNomalMessageManager::AnswerConfirm);
-        });
+        m_questions.emplace();
         SignIn(kOperator);
         m_fx.bind(kDome);
         m_fx.panel()->show();
@@ -59,7 +56,7 @@ private slots:
     }
     void cleanup()
     {
-        CNomalMessageManager::Instance()->SetAnswerProvider({});
+        m_questions.reset();
         m_fx.tearDown();
     }
     void lockCountdownExtendAndUnlock()
@@ -130,12 +127,13 @@ private slots:
         QFETCH(int, emitted);
         QTest::mouseClick(strip()->UnLockedFrame()->LockButton(), Qt::LeftButton);
         confirmLock(text);
-        QCOMPARE(m_messages.size(), emitted ? 0 : 1);
+        QCOMPARE(m_questions->asked.size(), emitted ? 0 : 1);
         if (emitted) {
             QTRY_VERIFY(qAbs(LockOf(kDome).remaining_time - emitted) <= 1);
             return;
         }
-        QVERIFY2(m_messages.first().contains(QLatin1String("from 1 to 3600")), qPrintable(m_messages.first()));
+        QVERIFY2(m_questions->asked.first().contains(QLatin1String("from 1 to 3600")),
+                 qPrintable(m_questions->asked.first()));
         QTRY_VERIFY(strip()->AboutLockFrame()->LockTimeEdit()->hasFocus());
         QCOMPARE(LockOf(kDome).locked, 0);
     }
@@ -261,7 +259,7 @@ private:
     }
 
     PanelFixture m_fx;
-    QStringList m_messages;
+    std::optional<QuestionRecorder> m_questions;
 };
 
 QTEST_MAIN(TestPreviewPTZWndLock)

@@ -1,7 +1,6 @@
 #include "support/panelfixture.h"
 
 #include "preset/cpresettableview.h"
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 
 #include <QPushButton>
 #include <QRegularExpression>
@@ -9,19 +8,10 @@
 #include <QSlider>
 #include <QTest>
 
-#include <cmath>
-
 using namespace PreviewPTZControl;
 using ptz_devices::DriverOperation;
 using ptz_plugin_protocol::PTZControlCommand;
 using zeph_ptz_controller::CUniversalPTZController;
-
-namespace {
-zeph_ptz_controller::CPTZStateStorageManager *Storage()
-{
-    return zeph_ptz_controller::CPTZStateStorageManager::Instance();
-}
-} // namespace
 
 class TestPreviewPTZWndCommands : public QObject
 {
@@ -56,7 +46,7 @@ private slots:
     }
     void autoScanRefusedWhilePatternRecords()
     {
-        Storage()->SetRecordPattern(kDome, 1);
+        m_env.storage()->SetRecordPattern(kDome, 1);
         QSignalSpy tips(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded);
         QSignalSpy functions(m_env.panel(), &CPreviewPTZWnd::SignalFunctionEnabled);
         m_env.pressSection(CPTZCloud::Center);
@@ -116,7 +106,7 @@ private slots:
         auto *light = m_env.child<QPushButton>("m_pBtnLight");
         QVERIFY(!light->isChecked());
         QCOMPARE(light->objectName(), QStringLiteral("m_pBtnLight"));
-        QVERIFY(!Storage()->IsRecordPattern(kDome));
+        QVERIFY(!m_env.storage()->IsRecordPattern(kDome));
     }
     void buttonsSendTheirCommandOrAskTheHost_data()
     {
@@ -182,14 +172,14 @@ private slots:
             dome()->setPreset(number, QStringLiteral("p"));
         dome()->writePatrol(1, {PatrolPoint(1, 20, 5), PatrolPoint(2, 20, 5)});
         dome()->startPatrol(1);
-        Storage()->SetCruising(kDome, true, 1);
+        m_env.storage()->SetCruising(kDome, true, 1);
         QTRY_COMPARE(dome()->status().runningPatrol, 1);
         m_env.settle();
         dome()->clearRequestLog();
 
         m_env.pressSection(CPTZCloud::Center);
         QTRY_VERIFY(dome()->status().autoScan);
-        QTRY_COMPARE(Storage()->GetRunningCruise(kDome), -1);
+        QTRY_COMPARE(m_env.storage()->GetRunningCruise(kDome), -1);
         QCoreApplication::processEvents();
         m_env.clock()->advance(1000);
         QVERIFY(dome()->status().autoScan);
@@ -214,7 +204,7 @@ private slots:
         QTRY_VERIFY(dome()->status().autoScan);
         QTest::mousePress(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::TopMiddle));
         QTRY_COMPARE(m_env.cloud()->sectionStatus(CPTZCloud::Center), 0);
-        QVERIFY(!Storage()->IsAutoScan(kDome, false));
+        QVERIFY(!m_env.storage()->IsAutoScan(kDome, false));
         QTest::mouseRelease(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::TopMiddle));
         QTRY_VERIFY(!dome()->status().panTiltMoving);
         QVERIFY(!dome()->status().autoScan);
@@ -272,13 +262,11 @@ private slots:
         QFETCH(bool, switchOn);
         auto cameraHas = [&] { return light ? dome()->status().light : dome()->status().wiper; };
 
-        CPreviewPTZWnd second(1, false, false);
-        second.SetPTZController(m_env.controller(), nullptr);
-        second.SetCamera(QString(), kDome, false, false);
+        const auto second = m_env.otherPanel(kDome);
         // Found while off, by the dark name: it blinks between two names while on.
         const QString name = light ? QStringLiteral("m_pBtnLight") : QStringLiteral("m_pBtnWiper");
         QPushButton *mine = m_env.panel()->findChild<QPushButton *>(name);
-        QPushButton *theirs = second.findChild<QPushButton *>(name);
+        QPushButton *theirs = second->findChild<QPushButton *>(name);
         if (!switchOn) {
             mine->click();
             QTRY_VERIFY(cameraHas());
@@ -296,14 +284,11 @@ private slots:
 
         QCOMPARE(cameraHas(), !switchOn);
         QCOMPARE(mine->isChecked(), !switchOn);
-        auto *storage = Storage();
-        QCOMPARE(light ? storage->IsLight(kDome) : storage->IsWiper(kDome), !switchOn);
+        QCOMPARE(light ? m_env.storage()->IsLight(kDome) : m_env.storage()->IsWiper(kDome), !switchOn);
         QCOMPARE(theirs->isChecked(), !switchOn);
         // A panel bound now reads the state at once.
-        CPreviewPTZWnd third(2, false, false);
-        third.SetPTZController(m_env.controller(), nullptr);
-        third.SetCamera(QString(), kDome, false, false);
-        QCOMPARE(third.findChildren<QPushButton *>(QRegularExpression("^" + name)).value(0)->isChecked(), !switchOn);
+        const auto third = m_env.otherPanel(kDome, 2);
+        QCOMPARE(third->findChildren<QPushButton *>(QRegularExpression("^" + name)).value(0)->isChecked(), !switchOn);
     }
     void updateButtonComesBackWhenTheScreenStops_data()
     {

@@ -226,8 +226,7 @@ private slots:
         verifyStandsStill();
     }
     // Random operator input over several panels and cameras: whatever the order of presses,
-    // drags, releases and screen changes, nothing moves once the button is up, and the cameras
-    // answer every request once.
+    // drags, releases and screen changes, nothing moves once the button is up.
     void pressReleaseStormLeavesNothingMoving_data()
     {
         QTest::addColumn<quint32>("seed");
@@ -297,18 +296,11 @@ void TestPreviewPTZWndRelease::pressReleaseStormLeavesNothingMoving()
     QRandomGenerator random(seed);
     const QStringList cameras{kDome, kBasic, kBox, kCascade};
     const QStringList lensButtons{"pZoomInBtn", "pZoomOutBtn", "pFocusInBtn", "pIRISOutBtn"};
-    QHash<QString, QList<quint64>> answered; // camera -> ids of the requests it answered
-    QObject context;
-    for (const QString &id : cameras) {
+    for (const QString &id : cameras)
         TestEnv::manager()->GetCameraByID(id);
-        connect(m_env.camera(id), &ptz_devices::IPtzDriver::replied, &context,
-                [&answered, id](const ptz_devices::DriverReply &reply) { answered[id] << reply.requestId; });
-    }
     std::vector<std::unique_ptr<CPreviewPTZWnd>> panels;
     for (int i = 0; i < 3; ++i) {
-        panels.push_back(std::make_unique<CPreviewPTZWnd>(unsigned(i + 1), false, false));
-        panels.back()->SetPTZController(m_env.controller(), nullptr);
-        panels.back()->SetCamera(QString(), cameras.at(i), false, false);
+        panels.push_back(m_env.otherPanel(cameras.at(i), unsigned(i + 1)));
         panels.back()->move(40 + 320 * i, 40);
         panels.back()->show();
     }
@@ -375,17 +367,6 @@ void TestPreviewPTZWndRelease::pressReleaseStormLeavesNothingMoving()
         QTest::mouseRelease(grabber, Qt::LeftButton);
     verifyNothingMoves(cameras, QStringLiteral("seed %1 end").arg(seed));
     QVERIFY(releases > 20);
-
-    int requests = 0;
-    for (const QString &id : cameras) {
-        const auto log = m_env.camera(id)->requestLog();
-        requests += log.size();
-        QCOMPARE(answered.value(id).size(), log.size());
-        for (const auto &entry : log)
-            QVERIFY2(answered.value(id).count(entry.id) == 1,
-                     qPrintable(QStringLiteral("%1 request %2").arg(id).arg(entry.id)));
-    }
-    QVERIFY(requests > 100);
 }
 
 QTEST_MAIN(TestPreviewPTZWndRelease)

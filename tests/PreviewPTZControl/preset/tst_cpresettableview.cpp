@@ -147,13 +147,25 @@ private slots:
             QCOMPARE(action.data(Quillon::ItemThirdRightPixmapTipRole).toString().isEmpty(), !offered);
         }
     }
-    void resetNamesRowsByPositionUpTo256()
+    // An emptied row is named by its position; after the reset of all rows (at most 256) only its
+    // number is disabled, after clearing one row all three items are.
+    void emptyRowsAreNamedByPosition()
     {
         CPresetTableModel model(1.0);
         QVector<PresetInfo> presets{Preset(12, 1, "twelve"), Preset(3, 3, "three")};
         for (int n = 13; n <= 268; ++n)
             presets << Preset(n, 1, "x");
         model.UpdatePresetList(presets, true);
+        model.ClearPresetItem(1);
+        QCOMPARE(model.index(1, 1).data().toString(), QStringLiteral("Preset2"));
+        QVERIFY(!Enabled(model, 1, 0) && !Enabled(model, 1, 1) && !Enabled(model, 1, 2));
+        model.setData(model.index(0, 1), QStringLiteral("renamed"), Qt::DisplayRole);
+        model.RestorePresetItem(0);
+        QVERIFY(Enabled(model, 0, 0) && Enabled(model, 0, 1) && Enabled(model, 0, 2));
+        QCOMPARE(model.index(0, 1).data(Qt::ToolTipRole).toString(), QStringLiteral("renamed"));
+        QVERIFY(SamePixmap(Pix(model, 0, 0, Quillon::ItemLeadingPixmapRole), model.GetIcons().GetPresetTypePixmap(1)));
+        QVERIFY(!Pix(model, 0, 2, Quillon::ItemThirdRightPixmapRole).isNull());
+
         model.ResetPresetItems();
         for (int r : {0, 1, 255}) {
             QCOMPARE(model.index(r, 1).data().toString(), QStringLiteral("Preset%1").arg(r + 1));
@@ -164,23 +176,6 @@ private slots:
         }
         QCOMPARE(model.index(256, 1).data().toString(), QStringLiteral("x"));
         QVERIFY(Enabled(model, 256, 0));
-    }
-    void clearAndRestoreRow()
-    {
-        CPresetTableModel model(1.0);
-        model.UpdatePresetList({Preset(5, 1, "a"), Preset(6, 3, "b")}, true);
-        model.ClearPresetItem(1);
-        QCOMPARE(Names(model), (QStringList{"a", "Preset2"}));
-        for (int c = 0; c < 3; ++c)
-            QVERIFY(!Enabled(model, 1, c));
-
-        model.setData(model.index(0, 1), QStringLiteral("renamed"), Qt::DisplayRole);
-        model.RestorePresetItem(0);
-        for (int c = 0; c < 3; ++c)
-            QVERIFY(Enabled(model, 0, c));
-        QCOMPARE(model.index(0, 1).data(Qt::ToolTipRole).toString(), QStringLiteral("renamed"));
-        QVERIFY(SamePixmap(Pix(model, 0, 0, Quillon::ItemLeadingPixmapRole), model.GetIcons().GetPresetTypePixmap(1)));
-        QVERIFY(!Pix(model, 0, 2, Quillon::ItemThirdRightPixmapRole).isNull());
     }
     void modelTester()
     {

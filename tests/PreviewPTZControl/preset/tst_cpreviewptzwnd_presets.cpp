@@ -1,4 +1,5 @@
 #include "support/panelfixture.h"
+#include "support/questions.h"
 
 #include "preset/caddpresetdialog.h"
 #include "preset/ceditpresetdialog.h"
@@ -8,13 +9,14 @@
 #include "quillon/cplaceholdlineedit.h"
 #include "vs_ui_data_controller/cnomalmessagemanager.h"
 #include "zeph_ptz_controller/cptzgetcontroller.h"
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
+
+#include <optional>
 
 using namespace PreviewPTZControl;
 using ptz_devices::DriverOperation;
@@ -30,17 +32,12 @@ private slots:
     {
         m_env.setUp();
         m_tips.clear();
-        m_asked.clear();
-        m_confirmAnswer = CNomalMessageManager::AnswerConfirm;
-        CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
-            m_asked << text;
-            return m_confirmAnswer;
-        });
+        m_questions.emplace();
         bind();
     }
     void cleanup()
     {
-        CNomalMessageManager::Instance()->SetAnswerProvider({});
+        m_questions.reset();
         m_env.tearDown();
     }
 
@@ -72,7 +69,7 @@ private slots:
         QTRY_COMPARE(names(), (QStringList{"Новый", "Yard"}));
 
         emit view()->SignalDeletePreset(rowOf(1));
-        QCOMPARE(m_asked, QStringList{"ConfirmToDelete"});
+        QCOMPARE(m_questions->asked, QStringList{"ConfirmToDelete"});
         QTRY_COMPARE(dome()->presets().size(), 1);
         QCOMPARE(dome()->presets().first().number, 2);
         QTRY_COMPARE(names(), QStringList{"Yard"});
@@ -91,18 +88,18 @@ private slots:
         QTRY_VERIFY(rowOf(2).isValid());
         m_env.settle();
         QVERIFY(dome()->status().autoScan);
-        QVERIFY(storage()->IsAutoScan(kDome, false));
+        QVERIFY(m_env.storage()->IsAutoScan(kDome, false));
         QVERIFY(!m_env.operations(kDome).contains(DriverOperation::StopPatrol));
 
         // Calling ends auto-scan and a patrol recorded as running on the camera.
         m_env.clock()->advance(2000);
-        storage()->SetCruising(kDome, true, 2);
+        m_env.storage()->SetCruising(kDome, true, 2);
         dome()->clearRequestLog();
         emit view()->SignalPlayPreset(rowOf(1));
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::GotoPreset));
         QTRY_VERIFY(!dome()->status().autoScan);
-        QTRY_VERIFY(!storage()->IsAutoScan(kDome, false));
-        QTRY_VERIFY(storage()->GetRunningCruise(kDome) <= 0);
+        QTRY_VERIFY(!m_env.storage()->IsAutoScan(kDome, false));
+        QTRY_VERIFY(m_env.storage()->GetRunningCruise(kDome) <= 0);
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::StopPatrol));
         QTRY_VERIFY((m_env.clock()->advance(500), std::abs(dome()->status().pan - 200.0) < 0.01));
         QCOMPARE(dome()->status().tilt, -20.0);
@@ -143,7 +140,7 @@ private slots:
             PanelFixture::answerNextDialog<CEditPresetDialog>(rename, !cancel, &seen);
             emit view()->SignalEditPreset(rowOf(1));
         } else {
-            m_confirmAnswer = cancel ? CNomalMessageManager::AnswerCancel : CNomalMessageManager::AnswerConfirm;
+            m_questions->answer = cancel ? CNomalMessageManager::AnswerCancel : CNomalMessageManager::AnswerConfirm;
             seen = true;
             emit view()->SignalDeletePreset(rowOf(1));
         }
@@ -275,7 +272,7 @@ private slots:
         else
             m_env.panel()->OnDeletePresetBtnClicked(QModelIndex());
         QCOMPARE(m_tips, QList<Tip>{qMakePair(tip, 2)});
-        QVERIFY(m_asked.isEmpty());
+        QVERIFY(m_questions->asked.isEmpty());
     }
     void filterBoxMatchesNamesOnly_data()
     {
@@ -304,10 +301,6 @@ private slots:
     }
 
 private:
-    static zeph_ptz_controller::CPTZStateStorageManager *storage()
-    {
-        return zeph_ptz_controller::CPTZStateStorageManager::Instance();
-    }
     CPresetTableView *view() const { return m_env.child<CPresetTableView>("m_pTreeViewPreset"); }
     QAbstractItemModel *list() const { return view()->model(); }
     QString countText() const { return m_env.child<QLabel>("ptz_preset_label_")->text(); }
@@ -349,8 +342,7 @@ private:
 
     PanelFixture m_env;
     QList<Tip> m_tips;
-    int m_confirmAnswer = CNomalMessageManager::AnswerConfirm;
-    QStringList m_asked;
+    std::optional<QuestionRecorder> m_questions;
 };
 
 QTEST_MAIN(TestPreviewPTZWndPresets)

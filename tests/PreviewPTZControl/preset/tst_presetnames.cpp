@@ -2,6 +2,7 @@
 // that accepts a name: the dialog's editor and save check, the panel's list check, the
 // controller (device SetPreset, client presets of the getter) and the host's preset store.
 #include "support/ptztestenv.h"
+#include "support/questions.h"
 #include "support/records.h"
 
 #include "preset/caddpresetdialog.h"
@@ -12,7 +13,6 @@
 #include "preset/presetnamerules.h"
 
 #include "quillon/cplaceholdlineedit.h"
-#include "vs_ui_data_controller/cnomalmessagemanager.h"
 #include "zeph_ptz_controller/cuniversalptzcontroller.h"
 
 #include <QComboBox>
@@ -22,9 +22,10 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <optional>
+
 using namespace PreviewPTZControl;
 using namespace ptz_plugin_protocol;
-using vs_ui_data_controller::CNomalMessageManager;
 using zeph_ptz_controller::CPTZGetController;
 using zeph_ptz_controller::CUniversalPTZController;
 
@@ -62,15 +63,11 @@ private slots:
         m_model = new CPresetTableModel(1.0);
         m_model->UpdatePresetList(
             {Preset(1, 1, "Gate"), Preset(2, 3, "Door"), Preset(7, 1, "Twin"), Preset(8, 3, "Twin")}, true);
-        m_messages.clear();
-        CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
-            m_messages << text;
-            return int(CNomalMessageManager::AnswerConfirm);
-        });
+        m_questions.emplace();
     }
     void cleanup()
     {
-        CNomalMessageManager::Instance()->SetAnswerProvider({});
+        m_questions.reset();
         delete m_model;
         m_env.tearDown();
     }
@@ -114,7 +111,7 @@ private slots:
         dialog.GetNameEdit()->setText(name);
         QSignalSpy accepted(&dialog, &QDialog::accepted);
         dialog.GetConfirmButton()->click();
-        QCOMPARE(m_messages, dialogTip.isEmpty() ? QStringList() : QStringList{dialogTip});
+        QCOMPARE(m_questions->asked, dialogTip.isEmpty() ? QStringList() : QStringList{dialogTip});
         QCOMPARE(accepted.count(), dialogTip.isEmpty() ? 1 : 0);
 
         CSortPresetFilterModel proxy;
@@ -193,16 +190,13 @@ private slots:
         QCOMPARE(free.mid(0, head.size()), head);
 
         CAddPresetDialog dialog(nullptr, presets, max);
-        QComboBox *box = dialog.GetNumberComboBox();
-        QCOMPARE(box->count(), count);
-        if (count == 0) {
-            QCOMPARE(dialog.GetPresetIndex(), -1);
+        QCOMPARE(dialog.GetNumberComboBox()->count(), count);
+        QCOMPARE(dialog.GetPresetIndex(), head.value(0, -1));
+        if (count < 2)
             return;
-        }
-        QCOMPARE(box->currentIndex(), 0);
-        QCOMPARE(dialog.GetPresetIndex(), head.first());
+        // The name field offers the default name of the selected number.
         QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(head.first()));
-        box->setCurrentIndex(1);
+        dialog.GetNumberComboBox()->setCurrentIndex(1);
         QCOMPARE(dialog.GetPresetName(), QStringLiteral("Preset%1").arg(free.at(1)));
     }
 
@@ -324,7 +318,7 @@ private slots:
 private:
     PtzTestEnv m_env;
     CPresetTableModel *m_model = nullptr;
-    QStringList m_messages;
+    std::optional<QuestionRecorder> m_questions;
 };
 
 QTEST_MAIN(TestPresetNames)
