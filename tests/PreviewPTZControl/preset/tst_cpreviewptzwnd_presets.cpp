@@ -256,22 +256,12 @@ private slots:
         QVERIFY(!m_env.operations(kFishEye).contains(DriverOperation::SetPreset));
         QVERIFY(!m_env.operations(kFishEye).contains(DriverOperation::GotoPreset));
     }
-    void editOrDeleteWithoutRowAsksForOne_data()
-    {
-        QTest::addColumn<bool>("edit");
-        QTest::addColumn<QString>("tip");
-        QTest::newRow("edit") << true << QStringLiteral("PleaseSelectAPresetPaIngnBeI");
-        QTest::newRow("delete") << false << QStringLiteral("PleaseSelectAPresetPrknxDNBA");
-    }
     void editOrDeleteWithoutRowAsksForOne()
     {
-        QFETCH(bool, edit);
-        QFETCH(QString, tip);
-        if (edit)
-            m_env.panel()->OnEditPresetBtnClicked(QModelIndex());
-        else
-            m_env.panel()->OnDeletePresetBtnClicked(QModelIndex());
-        QCOMPARE(m_tips, QList<Tip>{qMakePair(tip, 2)});
+        m_env.panel()->OnEditPresetBtnClicked(QModelIndex());
+        m_env.panel()->OnDeletePresetBtnClicked(QModelIndex());
+        QCOMPARE(m_tips, (QList<Tip>{qMakePair(QStringLiteral("PleaseSelectAPresetPaIngnBeI"), 2),
+                                     qMakePair(QStringLiteral("PleaseSelectAPresetPrknxDNBA"), 2)}));
         QVERIFY(m_questions->asked.isEmpty());
     }
     void filterBoxMatchesNamesOnly_data()
