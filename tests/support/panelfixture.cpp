@@ -48,6 +48,15 @@ void PanelFixture::bind(const QString &camera)
         cam->clearRequestLog();
 }
 
+std::unique_ptr<PreviewPTZControl::CPreviewPTZWnd> PanelFixture::otherPanel(const QString &camera,
+                                                                            unsigned screen) const
+{
+    auto panel = std::make_unique<PreviewPTZControl::CPreviewPTZWnd>(screen, false, false);
+    panel->SetPTZController(controller(), nullptr);
+    panel->SetCamera(QString(), camera, false, false);
+    return panel;
+}
+
 CPTZCloud *PanelFixture::cloud() const
 {
     return child<CPTZCloud>("ptr_cloud_");

@@ -6,11 +6,13 @@
 
 #include "direction/cptzcloud.h"
 #include "panel/cpreviewptzwnd.h"
+#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 
 #include <QApplication>
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 
 namespace zeph_ptz_controller {
 class CSimpleFishEyeController;
@@ -28,6 +30,8 @@ public:
     void dropPanel();
     // Binds the panel (empty: unbinds) and forgets what the camera received so far.
     void bind(const QString &camera);
+    // Another panel of the given screen on the same controller, bound to `camera`.
+    std::unique_ptr<PreviewPTZControl::CPreviewPTZWnd> otherPanel(const QString &camera, unsigned screen = 1) const;
 
     PreviewPTZControl::CPreviewPTZWnd *panel() const { return m_panel; }
     zeph_ptz_controller::CSimpleFishEyeController *fishEye() const { return m_fishEye; }
@@ -37,6 +41,11 @@ public:
         return ::child<T>(m_panel, name);
     }
     PreviewPTZControl::CPTZCloud *cloud() const;
+    // The controller's record of what runs on each camera (auto-scan, patrols, light, wiper).
+    static zeph_ptz_controller::CPTZStateStorageManager *storage()
+    {
+        return zeph_ptz_controller::CPTZStateStorageManager::Instance();
+    }
 
     // The pad emits these on mouse press and release over a section.
     void pressSection(int section);

@@ -8,6 +8,7 @@
 #define QTEST_QPA_MOUSE_HANDLING
 
 #include <QFile>
+#include <QSet>
 #include <QSignalSpy>
 #include <QSvgRenderer>
 #include <QtTest>
@@ -122,46 +123,6 @@ private slots:
         QCOMPARE(m_pad->hitSection(point, section), hit);
     }
 
-    void releaseNamesTheSectionUnderTheCursor_data()
-    {
-        QTest::addColumn<int>("pressed");
-        QTest::addColumn<int>("releasedOver"); // 0: off the pad
-        QTest::addColumn<int>("reported");
-        QTest::addColumn<int>("keptPressed");
-        QTest::newRow("on the pressed arrow") << 2 << 2 << 2 << 2;
-        QTest::newRow("on another arrow") << 2 << 9 << 9 << 2;
-        // A drag off the pressed arrow must still stop it.
-        QTest::newRow("off the pad") << 6 << 0 << 6 << -1;
-    }
-    void releaseNamesTheSectionUnderTheCursor()
-    {
-        QFETCH(int, pressed);
-        QFETCH(int, releasedOver);
-        QFETCH(int, reported);
-        QFETCH(int, keptPressed);
-        press(pressed);
-        QCOMPARE(m_pressSpy->count(), 1);
-        QCOMPARE(m_pressSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::enClickSection(pressed));
-        QVERIFY(m_pressSpy->at(0).at(0).value<QMouseEvent *>());
-        QCOMPARE(m_pad->sectionStatus(pressed), int(Pressed));
-        // Held while the cursor wanders off the pad.
-        QTest::mouseMove(m_viewport, viewportPoint(pointIn(0)));
-        QCOMPARE(m_pad->sectionStatus(pressed), int(Pressed));
-        QCOMPARE(m_releaseSpy->count(), 0);
-
-        release(releasedOver);
-        QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::enClickSection(reported));
-        QCOMPARE(m_pad->pressedSection(), keptPressed);
-        QCOMPARE(m_pad->sectionStatus(pressed), releasedOver == pressed ? int(Hover) : int(Normal));
-        if (releasedOver != 0) {
-            QCOMPARE(m_pad->sectionStatus(releasedOver), int(Hover));
-            return;
-        }
-        // A second stray release has nothing left to stop.
-        release(0);
-        QCOMPARE(m_releaseSpy->count(), 1);
-    }
     void disabledOrOtherButtonNeverReacts_data()
     {
         QTest::addColumn<int>("buttonValue");
@@ -201,61 +162,14 @@ private slots:
         release(0, button);
         QCOMPARE(m_releaseSpy->count(), button == Qt::LeftButton && !pad ? 1 : 0);
     }
-    void centreToggles()
-    {
-        press(5);
-        QCOMPARE(m_pressSpy->count(), 1);
-        QCOMPARE(m_pressSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::Center);
-        QCOMPARE(m_pad->sectionStatus(5), int(Checked));
-        // Releasing a checked centre is not a release of auto-scan.
-        release(5);
-        QCOMPARE(m_releaseSpy->count(), 0);
-        QCOMPARE(m_pad->sectionStatus(5), int(Checked));
-
-        press(5);
-        QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::Center);
-        QCOMPARE(m_pad->sectionStatus(5), int(Normal));
-        QCOMPARE(m_pad->pressedSection(), -1);
-        release(5);
-        QCOMPARE(m_releaseSpy->count(), 1);
-        QCOMPARE(m_pressSpy->count(), 1);
-
-        // The panel's checked centre behaves as if pressed by the user: the next press stops it.
-        m_pad->SetSectionChecked(5, true);
-        press(5);
-        QCOMPARE(m_releaseSpy->count(), 2);
-        QCOMPARE(m_pressSpy->count(), 1);
-    }
-    void hoverFreezesWhileArrowHeld()
-    {
-        moveTo(8);
-        QCOMPARE(m_pad->sectionStatus(8), int(Hover));
-        moveTo(4);
-        QCOMPARE(m_pad->sectionStatus(8), int(Normal));
-        QCOMPARE(m_pad->sectionStatus(4), int(Hover));
-
-        press(4);
-        moveTo(8);
-        QCOMPARE(m_pad->sectionStatus(4), int(Pressed));
-        QCOMPARE(m_pad->sectionStatus(8), int(Normal));
-        QEvent leave(QEvent::Leave);
-        QApplication::sendEvent(m_viewport, &leave);
-        QCOMPARE(m_pad->sectionStatus(4), int(Normal));
-
-        // Entering hovers the section under the cursor.
-        const QPoint local = viewportPoint(pointIn(7));
-        QEnterEvent enter(local, local, m_viewport->mapToGlobal(local));
-        QApplication::sendEvent(m_viewport, &enter);
-        QCOMPARE(m_pad->sectionStatus(7), int(Hover));
-        QCOMPARE(m_pad->toolTip(), QStringLiteral("LowerLeft"));
-    }
-    void toolTipFollowsHover()
+    void hoverAndToolTipFollowTheCursor()
     {
         const QStringList keys{"UpperLeft",      "TurnUp",    "UpperRight", "TurningToTheLeft", "StartAuto-Scanning",
                                "ToTheRightTurn", "LowerLeft", "TurnDown",   "LowerRight"};
         for (int section = 1; section <= 9; ++section) {
             moveTo(section);
+            QCOMPARE(m_pad->sectionStatus(section), int(Hover));
+            QCOMPARE(m_pad->sectionStatus(section == 1 ? 9 : section - 1), int(Normal));
             QCOMPARE(m_pad->tipSection(), section);
             QCOMPARE(m_pad->toolTip(), keys.at(section - 1));
         }
@@ -263,85 +177,124 @@ private slots:
         QCOMPARE(m_pad->tipSection(), -1);
         QCOMPARE(m_pad->toolTip(), QString());
 
-        // The centre's tip follows its checked state on the next hover change.
+        // Hover freezes while an arrow is held; leaving drops the pressed look, entering hovers.
+        press(4);
+        moveTo(8);
+        QCOMPARE(m_pad->sectionStatus(4), int(Pressed));
+        QCOMPARE(m_pad->sectionStatus(8), int(Normal));
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(m_viewport, &leave);
+        QCOMPARE(m_pad->sectionStatus(4), int(Normal));
+        const QPoint local = viewportPoint(pointIn(7));
+        QEnterEvent enter(local, local, m_viewport->mapToGlobal(local));
+        QApplication::sendEvent(m_viewport, &enter);
+        QCOMPARE(m_pad->sectionStatus(7), int(Hover));
+        QCOMPARE(m_pad->toolTip(), QStringLiteral("LowerLeft"));
+        release(0);
+        m_pressSpy->clear();
+        m_releaseSpy->clear();
+
+        // The centre toggles: a press checks it, its release is no stop, the next press is the
+        // release; its tip follows on the next hover change.
         moveTo(5);
         press(5);
         release(5);
+        QCOMPARE(m_pad->sectionStatus(5), int(Checked));
+        QCOMPARE(m_releaseSpy->count(), 0);
         moveTo(6);
         moveTo(5);
         QCOMPARE(m_pad->toolTip(), QStringLiteral("StopAuto-Scanning"));
         press(5);
+        QCOMPARE(m_releaseSpy->count(), 1);
+        QCOMPARE(m_releaseSpy->at(0).at(1).value<CPTZCloud::enClickSection>(), CPTZCloud::Center);
+        release(5);
+        QCOMPARE(m_pressSpy->count(), 1);
         moveTo(2);
         moveTo(5);
         QCOMPARE(m_pad->toolTip(), QStringLiteral("StartAuto-Scanning"));
+        // A centre the panel checks behaves as one the user checked: the next press stops it.
+        m_pad->SetSectionChecked(5, true);
+        press(5);
+        QCOMPARE(m_releaseSpy->count(), 2);
     }
     void setSectionsEnabledAndChecked()
     {
         m_pad->SetSectionsEnabled({1, 3, 6, 4, 7, 9}, false);
         for (int s = 1; s <= 9; ++s)
             QCOMPARE(m_pad->sectionStatus(s), s % 3 == 2 ? int(Normal) : int(Disabled));
-        m_pad->SetSectionsEnabled({}, true); // an empty list changes nothing
-        QCOMPARE(m_pad->sectionStatus(6), int(Disabled));
         m_pad->SetSectionsEnabled({-1, 0, 10, 6}, true); // unknown numbers are skipped
         QCOMPARE(m_pad->sectionStatus(6), int(Normal));
         QCOMPARE(m_pad->sectionStatus(4), int(Disabled));
-
         // Enabling resets to normal, even a checked centre.
         m_pad->SetSectionChecked(5, true);
-        QCOMPARE(m_pad->sectionStatus(5), int(Checked));
         m_pad->SetSectionsEnabled({5}, true);
         QCOMPARE(m_pad->sectionStatus(5), int(Normal));
-        m_pad->SetSectionChecked(42, true);
-        QCOMPARE(m_pad->sectionStatus(42), -1);
-    }
-    void padImagesExistInBothThemes()
-    {
-        QStringList paths{CPTZCloud::backgroundImage()};
-        for (int s = 1; s <= 9; ++s) {
-            for (int state = Normal; state <= Disabled; ++state) {
-                if (state != Checked || s == 5)
-                    paths << CPTZCloud::sectionImage(s, state);
-            }
-        }
-        QVERIFY(CPTZCloud::sectionImage(2, Checked).isEmpty());
-        QVERIFY(CPTZCloud::sectionImage(2, Disabled).endsWith(QLatin1String("ptz_control_panel_arrows_dis.svg")));
-        for (const QString &path : qAsConst(paths)) {
-            QVERIFY2(path.startsWith(QLatin1String(":/Images/PTZ/Direction/")), qPrintable(path));
-            QString white = path;
-            white.replace(QLatin1String(":/Images/PTZ/"), QLatin1String(":/Images/PTZWhite/"));
-            QVERIFY2(QSvgRenderer(path).isValid() && QSvgRenderer(white).isValid(), qPrintable(path));
-        }
-        QCOMPARE(CPTZCloud::sectionImage(4, Hover, true),
-                 CPTZCloud::sectionImage(4, Hover).replace(QLatin1String("/PTZ/"), QLatin1String("/PTZWhite/")));
     }
     void paintedImageFollowsStateAndRotation()
     {
-        // Middle of the up arrow's triangle.
-        const QPoint upArrow(0, -50);
+        const QPoint upArrow(0, -50); // the middle of the up arrow's triangle
         const QColor normal = pixelAt(upArrow);
-        QVERIFY2(qAbs(normal.red() - normal.blue()) < 30 && qGray(normal.rgb()) > 150, qPrintable(normal.name()));
+        QVERIFY(qAbs(normal.red() - normal.blue()) < 30 && qGray(normal.rgb()) > 150);
         press(2);
         const QColor pressed = pixelAt(upArrow);
-        QVERIFY2(pressed.blue() > pressed.red() + 80, qPrintable(pressed.name()));
+        QVERIFY(pressed.blue() > pressed.red() + 80);
         release(2);
         m_pad->SetSectionsEnabled({2}, false);
-        QVERIFY2(qGray(pixelAt(upArrow).rgb()) < qGray(normal.rgb()) - 50, qPrintable(pixelAt(upArrow).name()));
-
+        QVERIFY(qGray(pixelAt(upArrow).rgb()) < qGray(normal.rgb()) - 50);
         // The left arrow is turned a quarter anticlockwise: its base is on the right.
-        const QColor nearBase = pixelAt(QPoint(-62 + 14, -12 + 8));
-        const QColor nearTipSide = pixelAt(QPoint(-62 + 9, -12 + 6));
-        QVERIFY2(qGray(nearBase.rgb()) > 150, qPrintable(nearBase.name()));
-        QVERIFY2(qGray(nearTipSide.rgb()) < 100, qPrintable(nearTipSide.name()));
-
+        QVERIFY(qGray(pixelAt(QPoint(-62 + 14, -12 + 8)).rgb()) > 150);
+        QVERIFY(qGray(pixelAt(QPoint(-62 + 9, -12 + 6)).rgb()) < 100);
         // In the host's white theme the pad draws its dark-on-light images.
         auto *style = vs_ui_data_controller::CVSStyleManager::Instance();
         style->SetTheme(vs_ui_data_controller::CVSStyleManager::WhiteTheme);
         const QColor whiteArrow = pixelAt(QPoint(0, 50));
         const QColor whiteRing = pixelAt(QPoint(-40, 0));
         style->SetTheme(vs_ui_data_controller::CVSStyleManager::DarkTheme);
-        QVERIFY2(qGray(whiteArrow.rgb()) < 100, qPrintable(whiteArrow.name()));
-        QVERIFY2(qGray(whiteRing.rgb()) > 180, qPrintable(whiteRing.name()));
+        QVERIFY(qGray(whiteArrow.rgb()) < 100 && qGray(whiteRing.rgb()) > 180);
     }
+
+    // The module's images are a contract with the list models, the lock strip and the host's style
+    // sheets: every name must resolve, in both themes, to a valid SVG.
+    void imageExistsInBothThemes_data()
+    {
+        // The images are compiled into the module; make sure it is loaded, as any host of it is.
+        QVERIFY(QFile::exists(CPTZCloud::backgroundImage()));
+        QTest::addColumn<QString>("name");
+        const QStringList names{
+            // preset list, list actions, dialogs and lock strip
+            "ic_unable preset point_nor.svg", "ic_device preset point_nor.svg", "ic_virtual preset point_nor.svg",
+            "ic_fisheye preset point_nor.svg", "common_start_nor.svg", "common_pause_nor.svg", "common_edit_nor.svg",
+            "common_delete_nor.svg", "common_record_nor.svg", "common_record_pre.svg", "ic_tips.svg",
+            "ic_alert_error.svg", "icon_time_nor.svg", "common_status_alert_exception.svg",
+            // buttons for the host's style sheets
+            "light_on", "light_off", "wiper", "3d_positioning", "one_key_focus", "lens_init", "manual_tracking",
+            "face_capture", "park_action", "auto_tracking", "refresh", "zoom_in", "zoom_out", "focus_near", "focus_far",
+            "iris_open", "iris_close", "lock", "unlock", "add", "remove", "move_up", "move_down", "settings"};
+        for (const QString &name : names) {
+            const QString file = name.endsWith(QLatin1String(".svg")) ? name : "Buttons/" + name + ".svg";
+            QTest::newRow(qPrintable(file)) << file;
+        }
+        // The direction pad's background and every state of its sections (a checked arrow has none).
+        QSet<QString> pad{CPTZCloud::backgroundImage()};
+        for (int section = 1; section <= 9; ++section) {
+            for (int state = 0; state <= 4; ++state)
+                pad << CPTZCloud::sectionImage(section, state);
+        }
+        pad.remove(QString());
+        for (const QString &path : qAsConst(pad))
+            QTest::newRow(qPrintable(path)) << path.mid(int(qstrlen(":/Images/PTZ/")));
+    }
+    void imageExistsInBothThemes()
+    {
+        QFETCH(QString, name);
+        for (const QString &root : {QStringLiteral(":/Images/PTZ/"), QStringLiteral(":/Images/PTZWhite/")}) {
+            QSvgRenderer renderer(root + name);
+            QVERIFY2(renderer.isValid(), qPrintable(root + name));
+            if (!name.startsWith(QLatin1String("Direction/")))
+                QCOMPARE(renderer.defaultSize(), QSize(24, 24));
+        }
+    }
+    void previewWarmUpImage() { QVERIFY(QSvgRenderer(QStringLiteral(":/images/common_edit.svg")).isValid()); }
 
 private:
     QPoint viewportPoint(const QPoint &pad) const { return pad + QPoint(87, 87); }

@@ -1,6 +1,8 @@
 #include "support/panelfixture.h"
 
+#include "zeph_ptz_controller/cbasesoftwareptzcontrollor.h"
 #include "zeph_ptz_controller/cptzgetcontroller.h"
+#include "zeph_ptz_controller/csimplefisheyecontroller.h"
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
 #include <QAbstractItemView>
@@ -12,6 +14,7 @@
 
 using namespace PreviewPTZControl;
 using ptz_devices::DriverOperation;
+using zeph_ptz_controller::CSimpleFishEyeController;
 namespace demo = site_store::demo;
 
 namespace {
@@ -25,6 +28,31 @@ QList<int> EnabledSections(const CPTZCloud *cloud)
             enabled << section;
     }
     return enabled;
+}
+// A software controller that reports a patrol of a chosen path and counts the panel's questions.
+class CFakeSoftwareController : public zeph_ptz_controller::CBaseSoftwarePtzControllor
+{
+public:
+    bool IsPtzPatrolling(int &cruise_index) const override
+    {
+        ++questions;
+        if (patrolling)
+            cruise_index = path;
+        return patrolling;
+    }
+    int GetPatrolPath() const override { return path; }
+
+    bool patrolling = false;
+    int path = 0;
+    mutable int questions = 0;
+};
+
+void ShowAutoPanOf(CSimpleFishEyeController &fishEye, int picture)
+{
+    fishEye.SetSelectedWnd(picture);
+    fishEye.SetSelectedWndAutoPanning(true);
+    fishEye.SetSelectedWnd(0);
+    fishEye.SetSelectedWnd(picture);
 }
 } // namespace
 
@@ -108,11 +136,27 @@ private slots:
         QCOMPARE(m_env.child<QWidget>("m_pTabCruise")->isEnabled(), !cascade);
         QCOMPARE(m_env.child<QWidget>("m_pTabCruise")->toolTip().isEmpty(), !cascade);
         QCOMPARE(m_env.child<QWidget>("m_pTabPatten")->toolTip().isEmpty(), !cascade);
+        // A tab brought to the front fetches its list, but a cascaded camera has no patrols here.
+        tabs->setCurrentIndex(1);
+        if (tabs->isTabVisible(2))
+            tabs->setCurrentIndex(2);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_env.operations(camera).contains(DriverOperation::ListPatrols), !cascade);
+        QCOMPARE(m_env.operations(camera).contains(DriverOperation::ListPatterns), tabs->isTabVisible(2));
+        // A press on a disabled zoom button reaches the panel's filter but sends nothing.
+        PanelFixture::sendMouse(button("pZoomInBtn"), true);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_env.operations(camera).contains(DriverOperation::Zoom), !off.contains("zoom"));
     }
-    void cascadeRestrictionsAreLiftedForNextCamera()
+    void rebindLiftsRestrictionsAndUnbindTurnsAllOff()
     {
+        TestEnv::manager()->GetCameraByID(kDome.toStdString()); // open the driver before counting
+        m_env.camera(kDome)->clearRequestLog();
+        panel()->StopWork(); // idle: nothing to stop
+        QCoreApplication::processEvents();
+        QVERIFY(m_env.operations(kDome).isEmpty());
+
         panel()->SetCamera(QString(), kCascade, false, false);
-        QVERIFY(panel()->IsCascade());
         QVERIFY(!button("m_pBtnWiper")->isEnabled());
         panel()->SetCamera(QString(), kDome, false, false);
         QVERIFY(!panel()->IsCascade());
@@ -122,26 +166,13 @@ private slots:
         button("pZoomInBtn")->setEnabled(false);
         panel()->SetCamera(QString(), kDome, false, false);
         QVERIFY(!button("pZoomInBtn")->isEnabled());
-    }
-    void unbindingLeavesEverythingOff()
-    {
-        panel()->SetCamera(QString(), kDome, false, false);
-        QVERIFY(panel()->IsWorking());
+
         panel()->SetCamera(QString(), QString(), false, false);
         QVERIFY(!panel()->IsWorking());
         QCOMPARE(panel()->WndType(), PTZWndNone);
         QCOMPARE(EnabledSections(m_env.cloud()), QList<int>());
         QVERIFY(!m_env.child<QWidget>("m_pAppendFunFrame")->isEnabled());
         QVERIFY(!button("ptr_update_ptz_btn_")->isEnabled());
-    }
-    void stopWorkOnIdlePanelSendsNothing()
-    {
-        TestEnv::manager()->GetCameraByID(kDome.toStdString()); // open the driver before counting
-        m_env.camera(kDome)->clearRequestLog();
-        panel()->StopWork();
-        QCoreApplication::processEvents();
-        QVERIFY(!panel()->IsWorking());
-        QVERIFY(m_env.operations(kDome).isEmpty());
     }
     void presetPageWaitsForTheList()
     {
@@ -163,97 +194,31 @@ private slots:
         panel()->SetCamera(QString(), kBasic, false, false); // reads the running state again
         QVERIFY(panel()->IsWorking());
     }
-    void tabInFrontIsFetched_data()
-    {
-        QTest::addColumn<QString>("camera");
-        QTest::addColumn<int>("tab");
-        QTest::addColumn<DriverOperation>("operation");
-        QTest::addColumn<bool>("sent");
-        QTest::newRow("patrols") << kDome << 1 << DriverOperation::ListPatrols << true;
-        QTest::newRow("patterns") << kDome << 2 << DriverOperation::ListPatterns << true;
-        QTest::newRow("patrols of a cascaded camera") << kCascade << 1 << DriverOperation::ListPatrols << false;
-    }
-    void tabInFrontIsFetched()
-    {
-        QFETCH(QString, camera);
-        QFETCH(int, tab);
-        QFETCH(DriverOperation, operation);
-        QFETCH(bool, sent);
-        m_env.bind(camera);
-        m_env.child<QTabWidget>("m_pTabWidget")->setCurrentIndex(tab);
-        QCoreApplication::processEvents();
-        QCOMPARE(m_env.operations(camera).contains(operation), sent);
-    }
-
-    void tabWidthFollowsVisibleTabs_data()
-    {
-        QTest::addColumn<QString>("camera");
-        QTest::addColumn<int>("tabWidth");
-        QTest::newRow("three tabs at 300 px") << kDome << 77;
-        QTest::newRow("two tabs at 300 px") << kBasic << 116;
-    }
-    void tabWidthFollowsVisibleTabs()
-    {
-        QFETCH(QString, camera);
-        QFETCH(int, tabWidth);
-        auto *tabs = m_env.child<QTabWidget>("m_pTabWidget");
-        tabs->setFixedWidth(300);
-        m_env.panel()->SetCamera(QString(), camera, false, false);
-        m_env.panel()->resize(560, 700); // the resize re-applies the rule with the width the tab widget has
-        QTRY_COMPARE(tabs->width(), 300);
-        m_env.panel()->resize(561, 700);
-        QCOMPARE(tabs->styleSheet(), QStringLiteral("QTabBar::tab {width: %1px}").arg(tabWidth));
-    }
-    void whiteThemeRenamesOnceAndStays()
+    void whiteThemeRenamesOnceAndLayoutSwitches()
     {
         auto *presets = m_env.child<QAbstractItemView>("m_pTreeViewPreset");
-        m_env.panel()->SwitchPTZWndBgColor(false);
-        QVERIFY(m_env.child<QWidget>("pZoomInBtn"));
-        QVERIFY(!presets->alternatingRowColors());
-
         m_env.panel()->SwitchPTZWndBgColor(true);
-        QVERIFY(m_env.panel()->IsWhiteTheme());
         QCOMPARE(m_env.panel()->objectName(), QStringLiteral("CPreviewPTZWnd_white_"));
-        for (const char *name :
-             {"PreviewPTZControl_ptr_ptz_panel_left_white_", "ptr_scroll_content_white_", "m_pTabWidget_white_",
-              "ptr_speed_slider_white_", "m_pBtnWiper_white_", "label_7_white_"})
-            QVERIFY2(m_env.child<QWidget>(name), name);
         // The list keeps its own theme: light rows alternate and rows are not selectable.
         QVERIFY(presets->alternatingRowColors());
         QCOMPARE(presets->selectionMode(), QAbstractItemView::NoSelection);
-
         // A second switch must not stack suffixes; the switch back is one-way on purpose.
         m_env.panel()->SwitchPTZWndBgColor(true);
         m_env.panel()->SwitchPTZWndBgColor(false);
-        QVERIFY(!m_env.panel()->IsWhiteTheme());
         QVERIFY(m_env.child<QWidget>("pZoomInBtn_white_"));
-    }
-    void layoutSwitchStacksOrPlacesSideBySide()
-    {
-        auto *left = m_env.child<QWidget>("PreviewPtzControl_ptr_ptz_panel_left_");
-        auto *content = m_env.child<QWidget>("ptr_scroll_content");
-        QVERIFY(qobject_cast<QHBoxLayout *>(content->layout()));
-        QCOMPARE(left->minimumWidth(), 230);
-        QCOMPARE(left->maximumWidth(), 230);
 
+        auto *left = m_env.child<QWidget>("PreviewPTZControl_ptr_ptz_panel_left_white_");
+        auto *content = m_env.child<QWidget>("ptr_scroll_content_white_");
         m_env.panel()->SwitchPTZWndLayout(true);
-        QVERIFY(m_env.panel()->IsStackedLayout());
         auto *stacked = qobject_cast<QVBoxLayout *>(content->layout());
-        QVERIFY(stacked);
-        QCOMPARE(stacked->itemAt(0)->widget(), left);
-        QCOMPARE(left->minimumWidth(), 0);
+        QVERIFY(stacked && stacked->itemAt(0)->widget() == left);
         QCOMPARE(left->maximumWidth(), QWIDGETSIZE_MAX);
-
         m_env.panel()->SwitchPTZWndLayout(false);
         QVERIFY(qobject_cast<QHBoxLayout *>(content->layout()));
         QCOMPARE(left->width(), 230);
-
         m_env.panel()->show();
-        auto *right = m_env.child<QWidget>("PreviewPtzControl_ptr_ptz_panel_right_");
         m_env.panel()->SetBottomHalfVisible(false);
-        QVERIFY(!right->isVisible());
-        m_env.panel()->SetBottomHalfVisible(true);
-        QVERIFY(right->isVisible());
+        QVERIFY(!m_env.child<QWidget>("PreviewPTZControl_ptr_ptz_panel_right_white_")->isVisible());
     }
     void switchesReadAtConstruction_data()
     {
@@ -288,6 +253,115 @@ private slots:
             QVERIFY2(widget, name);
             QCOMPARE(widget->isHidden(), hidden.contains(name));
         }
+    }
+
+    // Fish-eye cameras: a software-PTZ panel with a fish-eye controller of four pictures.
+    void openingSwitchesToSoftwarePTZAndBack()
+    {
+        m_env.newPanel(true);
+        m_env.bind(kFishEye);
+        QCOMPARE(panel()->WndType(), PTZWndDevice);
+        m_env.fishEye()->SetFishEyeWndOpen(true);
+        QVERIFY(panel()->IsSoftwarePTZ());
+        QCOMPARE(panel()->WndType(), PTZWndSoftware);
+        QCOMPARE(panel()->PresetType(), ptz_plugin_protocol::PRESET_TYPE_FISHEYE);
+        QVERIFY(m_env.child<QWidget>("pZoomLarge"));
+        QVERIFY(!m_env.child<QTabWidget>("m_pTabWidget")->isTabVisible(2));
+
+        m_env.fishEye()->SetFishEyeWndOpen(false);
+        QCOMPARE(panel()->WndType(), PTZWndDevice);
+        QCOMPARE(panel()->PresetType(), ptz_plugin_protocol::PRESET_TYPE_DEVICE);
+        QVERIFY(m_env.child<QWidget>("pZoom"));
+
+        // Binding reads the open state; unbinding closes the fish-eye view.
+        m_env.bind(QString());
+        m_env.fishEye()->SetFishEyeWndOpen(true);
+        m_env.bind(kFishEye);
+        QCOMPARE(panel()->WndType(), PTZWndSoftware);
+        m_env.bind(QString());
+        QVERIFY(!m_env.fishEye()->IsFishEyeWndOpen());
+    }
+    void switchingControllersListensToTheNewOneOnly()
+    {
+        m_env.newPanel(true);
+        CSimpleFishEyeController first(4);
+        CSimpleFishEyeController second(4);
+        m_env.bind(kFishEye);
+        panel()->SetFishEyeController(&first);
+        panel()->SetFishEyeController(&second);
+        first.SetFishEyeWndOpen(true);
+        m_env.fishEye()->SetFishEyeWndOpen(true);
+        QCOMPARE(panel()->WndType(), PTZWndDevice);
+        second.SetFishEyeWndOpen(true);
+        QCOMPARE(panel()->WndType(), PTZWndSoftware);
+
+        // Selection changes of the old controller no longer reach the pad.
+        ShowAutoPanOf(first, 1);
+        QCOMPARE(m_env.cloud()->sectionStatus(CPTZCloud::Center), 0);
+        ShowAutoPanOf(second, 2);
+        QCOMPARE(m_env.cloud()->sectionStatus(CPTZCloud::Center), 3);
+
+        // A null controller keeps the current one.
+        panel()->SetFishEyeController(nullptr);
+        second.SetFishEyeWndOpen(false);
+        QCOMPARE(panel()->WndType(), PTZWndDevice);
+
+        CPreviewPTZWnd plain(1, false, false);
+        plain.SetFishEyeController(&second); // no software controller: nothing to attach to
+        second.SetFishEyeWndOpen(true);
+        plain.SetCamera(QString(), kFishEye, false, false);
+        QCOMPARE(plain.WndType(), PTZWndDevice);
+    }
+    void padDrivesTheSelectedViewNotTheDevice()
+    {
+        m_env.newPanel(true);
+        m_env.fishEye()->SetFishEyeWndOpen(true);
+        m_env.bind(kFishEye);
+        QCOMPARE(panel()->WndType(), PTZWndSoftware);
+
+        double pan = 0, tilt = 0, zoom = 0;
+        m_env.fishEye()->GetSemisphereFishEyePTZPos(pan, tilt, zoom);
+        const double start_pan = pan;
+        m_env.pressSection(CPTZCloud::MiddleRight);
+        QTRY_VERIFY((m_env.fishEye()->GetSemisphereFishEyePTZPos(pan, tilt, zoom), pan != start_pan));
+        m_env.releaseSection(CPTZCloud::MiddleRight);
+        QSignalSpy moved(m_env.fishEye(), &zeph_ptz_controller::IPTZFishEyeController::SignalFishEyePTZPosChanged);
+        QVERIFY(!moved.wait(200)); // five ticks of the software motion timer without a move
+        QCoreApplication::processEvents();
+        QVERIFY(m_env.operations(kFishEye).isEmpty());
+    }
+    void pressOnPictureEndsTheAutoPanDisplay_data()
+    {
+        QTest::addColumn<bool>("open");
+        QTest::addColumn<bool>("patrolling");
+        QTest::addColumn<int>("path");
+        QTest::newRow("device mode") << false << true << 1;
+        QTest::newRow("software, path 0") << true << true << 0;
+        QTest::newRow("software, path 1") << true << true << 1;
+        QTest::newRow("software, no patrol") << true << false << 0;
+    }
+    void pressOnPictureEndsTheAutoPanDisplay()
+    {
+        m_env.newPanel(true);
+        QFETCH(bool, open);
+        QFETCH(bool, patrolling);
+        QFETCH(int, path);
+        auto software = std::make_shared<CFakeSoftwareController>();
+        panel()->SetSoftwarePTZController(software);
+        panel()->SetFishEyeController(m_env.fishEye());
+        m_env.bind(kFishEye);
+        QVERIFY(software->GetCamera().isEmpty()); // device mode: the software controller is not involved
+        m_env.fishEye()->SetFishEyeWndOpen(open);
+        QCOMPARE(software->GetCamera(), open ? kFishEye : QString());
+        ShowAutoPanOf(*m_env.fishEye(), 1);
+        m_env.cloud()->SetSectionChecked(CPTZCloud::Center, true);
+        software->patrolling = patrolling;
+        software->path = path;
+        software->questions = 0;
+
+        panel()->OnFishEyePlayDisplayWndPress();
+        QCOMPARE(software->questions, open ? 1 : 0);
+        QCOMPARE(m_env.cloud()->sectionStatus(CPTZCloud::Center), open ? 0 : 3);
     }
 
 private:

@@ -1,26 +1,17 @@
 #include "support/panelfixture.h"
 
 #include "preset/cpresettableview.h"
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
-
-#include <cmath>
 
 using namespace PreviewPTZControl;
 using ptz_devices::DriverOperation;
 using ptz_plugin_protocol::PTZControlCommand;
 using zeph_ptz_controller::CUniversalPTZController;
-
-namespace {
-zeph_ptz_controller::CPTZStateStorageManager *Storage()
-{
-    return zeph_ptz_controller::CPTZStateStorageManager::Instance();
-}
-} // namespace
 
 class TestPreviewPTZWndCommands : public QObject
 {
@@ -38,46 +29,6 @@ private slots:
     }
     void cleanup() { m_env.tearDown(); }
 
-    void padPressMovesAtSliderSpeedAndReleaseStops_data()
-    {
-        QTest::addColumn<int>("section");
-        QTest::addColumn<int>("speed");
-        QTest::addColumn<double>("panPerSecond");
-        QTest::addColumn<double>("tiltPerSecond");
-        QTest::newRow("1 up-left at 3") << int(CPTZCloud::TopLeft) << 3 << -6.0 << 6.0;
-        QTest::newRow("2 up at 10") << int(CPTZCloud::TopMiddle) << 10 << 0.0 << 20.0;
-        QTest::newRow("3 up-right at 2") << int(CPTZCloud::TopRight) << 2 << 4.0 << 4.0;
-        QTest::newRow("4 left at 20") << int(CPTZCloud::MiddleLeft) << 20 << -40.0 << 0.0;
-        QTest::newRow("6 right at 1") << int(CPTZCloud::MiddleRight) << 1 << 2.0 << 0.0;
-        QTest::newRow("7 down-left at 6") << int(CPTZCloud::BottomLeft) << 6 << -12.0 << -12.0;
-        QTest::newRow("8 down at 5") << int(CPTZCloud::BottomMiddle) << 5 << 0.0 << -10.0;
-        QTest::newRow("9 down-right at 4") << int(CPTZCloud::BottomRight) << 4 << 8.0 << -8.0;
-    }
-    void padPressMovesAtSliderSpeedAndReleaseStops()
-    {
-        QFETCH(int, section);
-        QFETCH(int, speed);
-        QFETCH(double, panPerSecond);
-        QFETCH(double, tiltPerSecond);
-
-        m_env.child<QSlider>("ptr_speed_slider_")->setValue(speed);
-        const auto before = dome()->status();
-        m_env.pressSection(section);
-        QTRY_VERIFY(dome()->status().panTiltMoving);
-        m_env.clock()->advance(1000);
-        const auto moved = dome()->status();
-        QVERIFY(qAbs(std::fmod(moved.pan - before.pan + 540.0, 360.0) - 180.0 - panPerSecond) < 0.5);
-        QVERIFY(qAbs(moved.tilt - before.tilt - tiltPerSecond) < 0.5);
-
-        m_env.releaseSection(section);
-        QTRY_VERIFY(!dome()->status().panTiltMoving);
-        const auto stopped = dome()->status();
-        m_env.clock()->advance(1000);
-        QCOMPARE(dome()->status().pan, stopped.pan);
-        QCOMPARE(dome()->status().tilt, stopped.tilt);
-        QCOMPARE(count(DriverOperation::MovePanTilt), 1);
-        QCOMPARE(count(DriverOperation::StopPanTilt), 1);
-    }
     void releaseReadsSpeedAgainAndStopCarriesTheOwner()
     {
         QSignalSpy succeeded(m_env.controller().get(), &CUniversalPTZController::SignalExecutionSucceeded);
@@ -93,18 +44,9 @@ private slots:
         QCOMPARE(stop.owner_index_code, std::string("operator-console"));
         QCOMPARE(QList<int>({int(stop.command), int(stop.action)}), QList<int>({29, 1}));
     }
-    void centreTogglesAutoScanWithoutMove()
-    {
-        m_env.pressSection(CPTZCloud::Center);
-        QTRY_VERIFY(dome()->status().autoScan);
-        m_env.releaseSection(CPTZCloud::Center);
-        QTRY_VERIFY(!dome()->status().autoScan);
-        QCOMPARE(count(DriverOperation::AutoScan), 2);
-        QCOMPARE(count(DriverOperation::MovePanTilt), 0);
-    }
     void autoScanRefusedWhilePatternRecords()
     {
-        Storage()->SetRecordPattern(kDome, 1);
+        m_env.storage()->SetRecordPattern(kDome, 1);
         QSignalSpy tips(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded);
         QSignalSpy functions(m_env.panel(), &CPreviewPTZWnd::SignalFunctionEnabled);
         m_env.pressSection(CPTZCloud::Center);
@@ -115,54 +57,6 @@ private slots:
         QCOMPARE(functions.at(0), (QVariantList{2, false}));
         QCOMPARE(m_env.cloud()->sectionStatus(CPTZCloud::Center), 0);
         QCOMPARE(count(DriverOperation::AutoScan), 0);
-    }
-    void lensButtonsSendOnlyWhenEnabled_data()
-    {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<bool>("zoomAbility");
-        QTest::addColumn<DriverOperation>("operation");
-        QTest::addColumn<int>("expected");
-        QTest::addColumn<int>("direction"); // sign of the change of the lens axis while held
-
-        QTest::newRow("zoom in") << "pZoomInBtn" << true << DriverOperation::Zoom << 2 << 1;
-        QTest::newRow("zoom out") << "pZoomOutBtn" << true << DriverOperation::Zoom << 2 << -1;
-        QTest::newRow("zoom in disabled") << "pZoomInBtn" << false << DriverOperation::Zoom << 0 << 0;
-        QTest::newRow("focus near") << "pFocusInBtn" << true << DriverOperation::Focus << 2 << -1;
-        QTest::newRow("focus far") << "pFocusOutBtn" << true << DriverOperation::Focus << 2 << 1;
-        QTest::newRow("iris open") << "pIRISInBtn" << true << DriverOperation::Iris << 2 << 1;
-        QTest::newRow("iris close") << "pIRISOutBtn" << true << DriverOperation::Iris << 2 << -1;
-    }
-    void lensButtonsSendOnlyWhenEnabled()
-    {
-        QFETCH(QString, button);
-        QFETCH(bool, zoomAbility);
-        QFETCH(DriverOperation, operation);
-        QFETCH(int, expected);
-        QFETCH(int, direction);
-
-        if (!zoomAbility) {
-            m_env.bind(QString());
-            m_env.setAbilities(kDome, {1, 46, 48, 49});
-            m_env.bind(kDome);
-        }
-        auto axis = [this, operation] {
-            const auto status = dome()->status();
-            return operation == DriverOperation::Zoom    ? status.zoom
-                   : operation == DriverOperation::Focus ? status.focus
-                                                         : status.iris;
-        };
-        const double before = axis();
-        auto *widget = m_env.panel()->findChild<QPushButton *>(button);
-        QCOMPARE(widget->isEnabled(), zoomAbility || !button.startsWith(QLatin1String("pZoom")));
-        PanelFixture::sendMouse(widget, true);
-        QTRY_COMPARE(count(operation), expected / 2);
-        // The camera starts once the request is answered; let the clock run until it has.
-        if (direction != 0)
-            QTRY_VERIFY((m_env.clock()->advance(100), std::abs(axis() - before) > 0.01));
-        PanelFixture::sendMouse(widget, false);
-        QTRY_COMPARE(count(operation), expected);
-        const double change = axis() - before;
-        QCOMPARE(change > 0.01 ? 1 : change < -0.01 ? -1 : 0, direction);
     }
     void lightBlinksAndWiperShowsItsRunningName()
     {
@@ -212,7 +106,7 @@ private slots:
         auto *light = m_env.child<QPushButton>("m_pBtnLight");
         QVERIFY(!light->isChecked());
         QCOMPARE(light->objectName(), QStringLiteral("m_pBtnLight"));
-        QVERIFY(!Storage()->IsRecordPattern(kDome));
+        QVERIFY(!m_env.storage()->IsRecordPattern(kDome));
     }
     void buttonsSendTheirCommandOrAskTheHost_data()
     {
@@ -249,121 +143,80 @@ private slots:
     {
         QTest::addColumn<int>("function");
         QTest::addColumn<bool>("on");
-        QTest::addColumn<bool>("threeD");
-        QTest::addColumn<bool>("manual");
-        QTest::addColumn<bool>("face");
+        QTest::addColumn<QString>("checked"); // 3D positioning, manual tracking, face capture
         // Every row starts with all three checked.
-        QTest::newRow("0 clears all") << 0 << true << false << false << false;
-        QTest::newRow("1 off") << 1 << false << false << true << true;
-        QTest::newRow("3 on clears all") << 3 << true << false << false << false;
-        QTest::newRow("3 off keeps") << 3 << false << true << true << true;
-        QTest::newRow("4 off") << 4 << false << true << false << true;
-        QTest::newRow("5 off") << 5 << false << true << true << false;
-        QTest::newRow("2 ignored") << 2 << false << true << true << true;
+        QTest::newRow("0 clears all") << 0 << true << "000";
+        QTest::newRow("1 off") << 1 << false << "011";
+        QTest::newRow("3 on clears all") << 3 << true << "000";
+        QTest::newRow("3 off keeps") << 3 << false << "111";
+        QTest::newRow("4 off") << 4 << false << "101";
+        QTest::newRow("5 off") << 5 << false << "110";
+        QTest::newRow("2 ignored") << 2 << false << "111";
     }
     void hostReportsPictureActionState()
     {
         QFETCH(int, function);
         QFETCH(bool, on);
-        QFETCH(bool, threeD);
-        QFETCH(bool, manual);
-        QFETCH(bool, face);
+        QFETCH(QString, checked);
         for (int id : {1, 4, 5})
             m_env.panel()->OnWndPtzActionStateChanged(id, true);
         m_env.panel()->OnWndPtzActionStateChanged(function, on);
-        QCOMPARE(m_env.child<QPushButton>("m_pBtn3D")->isChecked(), threeD);
-        QCOMPARE(m_env.child<QPushButton>("ptr_manual_track_btn_")->isChecked(), manual);
-        QCOMPARE(m_env.child<QPushButton>("ptr_face_capture_btn_")->isChecked(), face);
-    }
-    void refreshReadsPresetsFromTheCamera()
-    {
-        QSignalSpy enabled(m_env.panel(), &CPreviewPTZWnd::SignalUpdatePtzInfoEnabled);
-        QSignalSpy tips(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded);
-        auto *refresh = m_env.child<QPushButton>("ptr_update_ptz_btn_");
-        refresh->click();
-        QVERIFY(!refresh->isEnabled());
-        QCOMPARE(enabled.count(), 1);
-        QCOMPARE(enabled.at(0).at(0).toBool(), false);
-        QTRY_COMPARE(enabled.count(), 2);
-        QCOMPARE(enabled.at(1).at(0).toBool(), true);
-        QVERIFY(refresh->isEnabled());
-        QVERIFY(m_env.operations(kDome).contains(DriverOperation::ListPresets));
-        QCOMPARE(tips.count(), 1);
-        QCOMPARE(tips.at(0).at(1).toInt(), 3);
+        QString shown;
+        for (const char *name : {"m_pBtn3D", "ptr_manual_track_btn_", "ptr_face_capture_btn_"})
+            shown += m_env.child<QPushButton>(name)->isChecked() ? '1' : '0';
+        QCOMPARE(shown, checked);
     }
     void autoScanOverPatrolKeepsScanning()
     {
-        using namespace ptz_plugin_protocol;
-        auto controller = m_env.controller();
-        QSignalSpy cruises(controller.get(), &CUniversalPTZController::signalCruiseFinished);
         for (int number : {1, 2})
             dome()->setPreset(number, QStringLiteral("p"));
-        CruiseControlRequest patrol;
-        patrol.camera_index_code = kDome.toStdString();
-        patrol.operation = "ModifyCruiseRoute";
-        patrol.cruise_index = 1;
-        patrol.action = CRUISE_TYPE_DEVICE;
-        for (uint32_t preset : {1u, 2u}) {
-            CruisePoint point;
-            point.preset_index = preset;
-            point.speed = 20;
-            point.dwell_time = 5;
-            patrol.points.push_back(point);
-        }
-        controller->Cruise(patrol);
-        patrol.operation = "CruiseRouteControl";
-        patrol.action = 0;
-        patrol.points.clear();
-        controller->Cruise(patrol);
-        QTRY_COMPARE(cruises.count(), 2);
+        dome()->writePatrol(1, {PatrolPoint(1, 20, 5), PatrolPoint(2, 20, 5)});
+        dome()->startPatrol(1);
+        m_env.storage()->SetCruising(kDome, true, 1);
         QTRY_COMPARE(dome()->status().runningPatrol, 1);
+        m_env.settle();
         dome()->clearRequestLog();
 
         m_env.pressSection(CPTZCloud::Center);
         QTRY_VERIFY(dome()->status().autoScan);
-        QTRY_COMPARE(Storage()->GetRunningCruise(kDome), -1);
+        QTRY_COMPARE(m_env.storage()->GetRunningCruise(kDome), -1);
         QCoreApplication::processEvents();
         m_env.clock()->advance(1000);
         QVERIFY(dome()->status().autoScan);
         QCOMPARE(dome()->status().runningPatrol, 0);
         QCOMPARE(count(DriverOperation::StopActivity), 0);
     }
-    void manualMoveEndsAutoScanWithoutSecondStop()
+    // A click on the centre switches auto-scan on (its release is no stop), the next click off;
+    // a manual move ends auto-scan on the camera, so the panel sends no stop of its own.
+    void centreTogglesAutoScanAndMoveEndsIt()
     {
-        m_env.pressSection(CPTZCloud::Center);
+        QWidget *pad = m_env.padViewport();
+        QTest::mouseClick(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::Center));
         QTRY_VERIFY(dome()->status().autoScan);
-        m_env.cloud()->SetSectionChecked(CPTZCloud::Center, true); // as the pad shows a switched-on centre
+        m_env.settle();
+        QVERIFY(dome()->status().autoScan);
+        QTest::mouseClick(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::Center));
+        QTRY_VERIFY(!dome()->status().autoScan);
+        QCOMPARE(count(DriverOperation::AutoScan), 2);
+        QCOMPARE(count(DriverOperation::MovePanTilt), 0);
 
-        m_env.pressSection(CPTZCloud::TopMiddle);
+        QTest::mouseClick(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::Center));
+        QTRY_VERIFY(dome()->status().autoScan);
+        QTest::mousePress(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::TopMiddle));
         QTRY_COMPARE(m_env.cloud()->sectionStatus(CPTZCloud::Center), 0);
-        QVERIFY(!Storage()->IsAutoScan(kDome, false));
-        m_env.releaseSection(CPTZCloud::TopMiddle);
+        QVERIFY(!m_env.storage()->IsAutoScan(kDome, false));
+        QTest::mouseRelease(pad, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(CPTZCloud::TopMiddle));
         QTRY_VERIFY(!dome()->status().panTiltMoving);
         QVERIFY(!dome()->status().autoScan);
-        QCOMPARE(count(DriverOperation::AutoScan), 1); // the panel sent no stop of its own
+        QCOMPARE(count(DriverOperation::AutoScan), 3);
     }
-    void secondPanelOfTheCameraShowsItsState()
-    {
-        m_env.child<QPushButton>("m_pBtnLight")->click();
-        m_env.child<QPushButton>("m_pBtnWiper")->click();
-        QTRY_VERIFY(Storage()->IsLight(kDome) && Storage()->IsWiper(kDome));
-        CPreviewPTZWnd second(1, false, false);
-        second.SetPTZController(m_env.controller(), nullptr);
-        second.SetCamera(QString(), kDome, false, false);
-        auto *light = second.findChild<QPushButton *>(QStringLiteral("m_pBtnLight_open"));
-        QVERIFY(light && light->isChecked());
-        QVERIFY(second.findChild<QPushButton *>(QStringLiteral("m_pBtnWiper_right")));
-    }
-
+    // Light and wiper refusals are in the next test.
     void refusalIsShownOnceInTheCameraWords_data()
     {
         QTest::addColumn<QString>("action");
         QTest::addColumn<DriverOperation>("operation");
         QTest::newRow("preset call") << "callPreset" << DriverOperation::GotoPreset;
         QTest::newRow("update PTZ") << "update" << DriverOperation::ListPresets;
-        QTest::newRow("light on") << "lightOn" << DriverOperation::Light;
-        QTest::newRow("light off") << "lightOff" << DriverOperation::Light;
-        QTest::newRow("wiper off") << "wiperOff" << DriverOperation::Wiper;
         QTest::newRow("one-key focus") << "oneKeyFocus" << DriverOperation::OneKeyFocus;
     }
     void refusalIsShownOnceInTheCameraWords()
@@ -377,12 +230,6 @@ private slots:
             dome()->setPreset(1, QStringLiteral("gate"));
             m_env.panel()->OnTabIndexChanged(0);
             QTRY_COMPARE(view->model()->rowCount(), 1);
-        } else if (action == QLatin1String("lightOff")) {
-            m_env.child<QPushButton>("m_pBtnLight")->click();
-            QTRY_VERIFY(dome()->status().light);
-        } else if (action == QLatin1String("wiperOff")) {
-            m_env.child<QPushButton>("m_pBtnWiper")->click();
-            QTRY_VERIFY(dome()->status().wiper);
         }
         m_env.settle();
         QSignalSpy tips(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded);
@@ -392,10 +239,6 @@ private slots:
             m_env.panel()->OnRunPresetBtnClicked(view->model()->index(0, 2));
         else if (action == QLatin1String("update"))
             m_env.child<QPushButton>("ptr_update_ptz_btn_")->click();
-        else if (action.startsWith(QLatin1String("light")))
-            m_env.panel()->OnLight(action == QLatin1String("lightOn"));
-        else if (action == QLatin1String("wiperOff"))
-            m_env.panel()->OnWiper(false);
         else
             m_env.child<QPushButton>("m_pBtnKeyFocus")->click();
 
@@ -419,13 +262,11 @@ private slots:
         QFETCH(bool, switchOn);
         auto cameraHas = [&] { return light ? dome()->status().light : dome()->status().wiper; };
 
-        CPreviewPTZWnd second(1, false, false);
-        second.SetPTZController(m_env.controller(), nullptr);
-        second.SetCamera(QString(), kDome, false, false);
+        const auto second = m_env.otherPanel(kDome);
         // Found while off, by the dark name: it blinks between two names while on.
         const QString name = light ? QStringLiteral("m_pBtnLight") : QStringLiteral("m_pBtnWiper");
         QPushButton *mine = m_env.panel()->findChild<QPushButton *>(name);
-        QPushButton *theirs = second.findChild<QPushButton *>(name);
+        QPushButton *theirs = second->findChild<QPushButton *>(name);
         if (!switchOn) {
             mine->click();
             QTRY_VERIFY(cameraHas());
@@ -433,16 +274,21 @@ private slots:
         }
         m_env.settle();
 
+        QSignalSpy tips(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded);
         dome()->failOperation(light ? DriverOperation::Light : DriverOperation::Wiper, QStringLiteral("relay stuck"));
         mine->click();
         QCOMPARE(mine->isChecked(), switchOn); // shown at once, before the camera answers
         m_env.settle();
+        QCOMPARE(tips.count(), 1);
+        QCOMPARE(tips.at(0), (QVariantList{QStringLiteral("relay stuck"), 0}));
 
         QCOMPARE(cameraHas(), !switchOn);
         QCOMPARE(mine->isChecked(), !switchOn);
-        auto *storage = Storage();
-        QCOMPARE(light ? storage->IsLight(kDome) : storage->IsWiper(kDome), !switchOn);
+        QCOMPARE(light ? m_env.storage()->IsLight(kDome) : m_env.storage()->IsWiper(kDome), !switchOn);
         QCOMPARE(theirs->isChecked(), !switchOn);
+        // A panel bound now reads the state at once.
+        const auto third = m_env.otherPanel(kDome, 2);
+        QCOMPARE(third->findChildren<QPushButton *>(QRegularExpression("^" + name)).value(0)->isChecked(), !switchOn);
     }
     void updateButtonComesBackWhenTheScreenStops_data()
     {
@@ -456,8 +302,10 @@ private slots:
     {
         QFETCH(QString, how);
         QSignalSpy enabled(m_env.panel(), &CPreviewPTZWnd::SignalUpdatePtzInfoEnabled);
+        QSignalSpy tips(m_env.panel(), &CPreviewPTZWnd::SignalMessageTipNeeded);
         auto *update = m_env.child<QPushButton>("ptr_update_ptz_btn_");
         update->click();
+        QVERIFY(!update->isEnabled());
         QCOMPARE(enabled.count(), 1);
 
         if (how == QLatin1String("stopWork"))
@@ -470,6 +318,11 @@ private slots:
         QCOMPARE(enabled.at(0).at(0).toBool(), false);
         QCOMPARE(enabled.at(1).at(0).toBool(), true);
         QCOMPARE(update->isEnabled(), m_env.panel()->IsWorking());
+        if (how == QLatin1String("answer")) {
+            QVERIFY(m_env.operations(kDome).contains(DriverOperation::ListPresets));
+            QCOMPARE(tips.count(), 1);
+            QCOMPARE(tips.at(0).at(1).toInt(), 3);
+        }
     }
 
 private:

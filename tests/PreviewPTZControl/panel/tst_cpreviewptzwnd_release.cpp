@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTest>
 
 #include <iterator>
@@ -16,6 +17,14 @@ using ptz_plugin_protocol::PTZControlCommand;
 
 namespace {
 const QStringList kLensButtons{"pZoomInBtn", "pZoomOutBtn", "pFocusInBtn", "pFocusOutBtn", "pIRISInBtn", "pIRISOutBtn"};
+
+// The lens axis a button drives, and the sign of its change while held (focus near shortens).
+double LensChange(const QString &button, const ptz_devices::DeviceStatus &from, const ptz_devices::DeviceStatus &to)
+{
+    const int index = kLensButtons.indexOf(button);
+    const double change = index < 2 ? to.zoom - from.zoom : index < 4 ? to.focus - from.focus : to.iris - from.iris;
+    return index == 1 || index == 2 || index == 5 ? -change : change;
+}
 
 // The move code of each arrow of the pad.
 int MoveCode(int section)
@@ -84,9 +93,15 @@ private slots:
         QWidget *viewport = m_env.padViewport();
         if (where == QLatin1String("disabled"))
             m_env.cloud()->SetSectionsEnabled({target}, false);
+        m_env.child<QSlider>("ptr_speed_slider_")->setValue(pressed);
+        const auto before = dome()->status();
         QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, PanelFixture::padPoint(pressed));
         QTRY_VERIFY(dome()->status().panTiltMoving);
         m_env.clock()->advance(500);
+        // Each arrow moves its way, at 2 degrees a second per step of the speed slider.
+        const QPoint way = PanelFixture::padPoint(pressed) - PanelFixture::padPoint(CPTZCloud::Center);
+        QCOMPARE(qRound(dome()->status().pan - before.pan), pressed * qBound(-1, way.x(), 1));
+        QCOMPARE(qRound(dome()->status().tilt - before.tilt), -pressed * qBound(-1, way.y(), 1));
 
         // The view keeps the mouse from the press on, so a release anywhere reaches it, except where
         // another window takes it.
@@ -124,8 +139,7 @@ private slots:
         QTest::mousePress(button, Qt::LeftButton);
         QTRY_COMPARE(m_succeeded->count(), 1);
         m_env.clock()->advance(500);
-        const auto moved = dome()->status();
-        QVERIFY(moved.zoom != before.zoom || moved.focus != before.focus || moved.iris != before.iris);
+        QVERIFY(LensChange(pressed, before, dome()->status()) > 0.01);
 
         if (where == QLatin1String("same")) {
             QTest::mouseRelease(button, Qt::LeftButton);
@@ -212,8 +226,7 @@ private slots:
         verifyStandsStill();
     }
     // Random operator input over several panels and cameras: whatever the order of presses,
-    // drags, releases and screen changes, nothing moves once the button is up, and the cameras
-    // answer every request once.
+    // drags, releases and screen changes, nothing moves once the button is up.
     void pressReleaseStormLeavesNothingMoving_data()
     {
         QTest::addColumn<quint32>("seed");
@@ -265,9 +278,6 @@ void TestPreviewPTZWndRelease::verifyNothingMoves(const QStringList &cameras, co
         m_env.settle(id);
         QTRY_VERIFY2(!m_env.camera(id)->status().panTiltMoving && !m_env.camera(id)->status().zoomMoving,
                      qPrintable(step + ", " + id));
-    }
-    for (const QString &id : cameras) {
-        m_env.settle(id);
         before << m_env.camera(id)->status();
     }
     m_env.clock()->advance(1000);
@@ -286,18 +296,11 @@ void TestPreviewPTZWndRelease::pressReleaseStormLeavesNothingMoving()
     QRandomGenerator random(seed);
     const QStringList cameras{kDome, kBasic, kBox, kCascade};
     const QStringList lensButtons{"pZoomInBtn", "pZoomOutBtn", "pFocusInBtn", "pIRISOutBtn"};
-    QHash<QString, QHash<quint64, int>> answers; // camera -> request id -> answers
-    QObject context;
-    for (const QString &id : cameras) {
+    for (const QString &id : cameras)
         TestEnv::manager()->GetCameraByID(id);
-        connect(m_env.camera(id), &ptz_devices::IPtzDriver::replied, &context,
-                [&answers, id](const ptz_devices::DriverReply &reply) { ++answers[id][reply.requestId]; });
-    }
     std::vector<std::unique_ptr<CPreviewPTZWnd>> panels;
     for (int i = 0; i < 3; ++i) {
-        panels.push_back(std::make_unique<CPreviewPTZWnd>(unsigned(i + 1), false, false));
-        panels.back()->SetPTZController(m_env.controller(), nullptr);
-        panels.back()->SetCamera(QString(), cameras.at(i), false, false);
+        panels.push_back(m_env.otherPanel(cameras.at(i), unsigned(i + 1)));
         panels.back()->move(40 + 320 * i, 40);
         panels.back()->show();
     }
@@ -364,20 +367,6 @@ void TestPreviewPTZWndRelease::pressReleaseStormLeavesNothingMoving()
         QTest::mouseRelease(grabber, Qt::LeftButton);
     verifyNothingMoves(cameras, QStringLiteral("seed %1 end").arg(seed));
     QVERIFY(releases > 20);
-
-    int requests = 0;
-    for (const QString &id : cameras) {
-        const auto log = m_env.camera(id)->requestLog();
-        requests += log.size();
-        int answered = 0;
-        for (int count : answers.value(id))
-            answered += count;
-        QCOMPARE(answered, log.size());
-        for (const auto &entry : log)
-            QVERIFY2(answers.value(id).value(entry.id) == 1,
-                     qPrintable(QStringLiteral("%1 request %2").arg(id).arg(entry.id)));
-    }
-    QVERIFY(requests > 100);
 }
 
 QTEST_MAIN(TestPreviewPTZWndRelease)

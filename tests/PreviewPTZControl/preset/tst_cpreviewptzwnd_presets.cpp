@@ -1,4 +1,5 @@
 #include "support/panelfixture.h"
+#include "support/questions.h"
 
 #include "preset/caddpresetdialog.h"
 #include "preset/ceditpresetdialog.h"
@@ -8,14 +9,14 @@
 #include "quillon/cplaceholdlineedit.h"
 #include "vs_ui_data_controller/cnomalmessagemanager.h"
 #include "zeph_ptz_controller/cptzgetcontroller.h"
-#include "zeph_ptz_controller/cptzstatestoragemanager.h"
 #include "zeph_ptz_controller/csimplefisheyecontroller.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QtTest>
+
+#include <optional>
 
 using namespace PreviewPTZControl;
 using ptz_devices::DriverOperation;
@@ -31,17 +32,12 @@ private slots:
     {
         m_env.setUp();
         m_tips.clear();
-        m_asked.clear();
-        m_confirmAnswer = CNomalMessageManager::AnswerConfirm;
-        CNomalMessageManager::Instance()->SetAnswerProvider([this](const QString &text) {
-            m_asked << text;
-            return m_confirmAnswer;
-        });
+        m_questions.emplace();
         bind();
     }
     void cleanup()
     {
-        CNomalMessageManager::Instance()->SetAnswerProvider({});
+        m_questions.reset();
         m_env.tearDown();
     }
 
@@ -73,7 +69,7 @@ private slots:
         QTRY_COMPARE(names(), (QStringList{"Новый", "Yard"}));
 
         emit view()->SignalDeletePreset(rowOf(1));
-        QCOMPARE(m_asked, QStringList{"ConfirmToDelete"});
+        QCOMPARE(m_questions->asked, QStringList{"ConfirmToDelete"});
         QTRY_COMPARE(dome()->presets().size(), 1);
         QCOMPARE(dome()->presets().first().number, 2);
         QTRY_COMPARE(names(), QStringList{"Yard"});
@@ -92,18 +88,18 @@ private slots:
         QTRY_VERIFY(rowOf(2).isValid());
         m_env.settle();
         QVERIFY(dome()->status().autoScan);
-        QVERIFY(storage()->IsAutoScan(kDome, false));
+        QVERIFY(m_env.storage()->IsAutoScan(kDome, false));
         QVERIFY(!m_env.operations(kDome).contains(DriverOperation::StopPatrol));
 
         // Calling ends auto-scan and a patrol recorded as running on the camera.
         m_env.clock()->advance(2000);
-        storage()->SetCruising(kDome, true, 2);
+        m_env.storage()->SetCruising(kDome, true, 2);
         dome()->clearRequestLog();
         emit view()->SignalPlayPreset(rowOf(1));
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::GotoPreset));
         QTRY_VERIFY(!dome()->status().autoScan);
-        QTRY_VERIFY(!storage()->IsAutoScan(kDome, false));
-        QTRY_VERIFY(storage()->GetRunningCruise(kDome) <= 0);
+        QTRY_VERIFY(!m_env.storage()->IsAutoScan(kDome, false));
+        QTRY_VERIFY(m_env.storage()->GetRunningCruise(kDome) <= 0);
         QTRY_VERIFY(m_env.operations(kDome).contains(DriverOperation::StopPatrol));
         QTRY_VERIFY((m_env.clock()->advance(500), std::abs(dome()->status().pan - 200.0) < 0.01));
         QCOMPARE(dome()->status().tilt, -20.0);
@@ -144,7 +140,7 @@ private slots:
             PanelFixture::answerNextDialog<CEditPresetDialog>(rename, !cancel, &seen);
             emit view()->SignalEditPreset(rowOf(1));
         } else {
-            m_confirmAnswer = cancel ? CNomalMessageManager::AnswerCancel : CNomalMessageManager::AnswerConfirm;
+            m_questions->answer = cancel ? CNomalMessageManager::AnswerCancel : CNomalMessageManager::AnswerConfirm;
             seen = true;
             emit view()->SignalDeletePreset(rowOf(1));
         }
@@ -203,25 +199,9 @@ private slots:
         m_env.panel()->OnGetPresetFailed(kDome, QStringLiteral("x"));
         QCOMPARE(m_tips, QList<Tip>{qMakePair(QStringLiteral("FailedToGetThePresetjcOUTbb"), 0)});
     }
-    void countsOnlyTheShownKindButListsBoth()
+    // Client presets are counted apart from the camera's but listed with them.
+    void virtualPresetsStayOffTheCamera()
     {
-        m_env.store()->setBoolSetting(site_store::CSiteStore::kIsSupportVirtualPTZ, true);
-        for (int n = 1; n <= 3; ++n)
-            dome()->setPreset(n, QStringLiteral("D%1").arg(n));
-        auto *getter = m_env.panel()->findChild<zeph_ptz_controller::CPTZGetController *>();
-        for (int n = 10; n <= 11; ++n)
-            QVERIFY(
-                getter->AddOnePreset(kDome, Preset(n, ptz_plugin_protocol::PRESET_TYPE_VIRTUAL, QString::number(n))));
-        m_env.panel()->OnTabIndexChanged(0);
-        QTRY_COMPARE(list()->rowCount(), 5);
-        QTRY_COMPARE(countText(), QStringLiteral("(3/256)"));
-    }
-    void virtualPresetsStayOffTheCameraAndSurviveReopen()
-    {
-        m_env.dropPanel();
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("site.sqlite"));
-        reopenStore(path);
         m_env.store()->setBoolSetting(site_store::CSiteStore::kIsSupportVirtualPTZ, true);
         bind();
         QVERIFY(addPreset(1, QStringLiteral("Device one")));
@@ -253,15 +233,6 @@ private slots:
         QCoreApplication::processEvents();
         QCOMPARE(dome()->requestLog().size(), 0);
         QCOMPARE(dome()->presets().size(), 1);
-
-        m_env.dropPanel();
-        m_env.manager()->Clear();
-        site_store::CSiteStore::InstallCurrent(nullptr);
-        zeph_ptz_controller::CPTZGetController::ClearCachedData();
-        reopenStore(path);
-        bind();
-        QTRY_VERIFY(names().contains(QStringLiteral("Virtual gate")));
-        QCOMPARE(rowOf(3).data(Quillon::ItemFirstStateRole).toInt(), int(ptz_plugin_protocol::PRESET_TYPE_VIRTUAL));
     }
     // Presets of a fish-eye picture belong to the software PTZ: they keep and restore the cut-out view.
     void fishEyePresetsKeepTheViewOffTheDevice()
@@ -285,23 +256,13 @@ private slots:
         QVERIFY(!m_env.operations(kFishEye).contains(DriverOperation::SetPreset));
         QVERIFY(!m_env.operations(kFishEye).contains(DriverOperation::GotoPreset));
     }
-    void editOrDeleteWithoutRowAsksForOne_data()
-    {
-        QTest::addColumn<bool>("edit");
-        QTest::addColumn<QString>("tip");
-        QTest::newRow("edit") << true << QStringLiteral("PleaseSelectAPresetPaIngnBeI");
-        QTest::newRow("delete") << false << QStringLiteral("PleaseSelectAPresetPrknxDNBA");
-    }
     void editOrDeleteWithoutRowAsksForOne()
     {
-        QFETCH(bool, edit);
-        QFETCH(QString, tip);
-        if (edit)
-            m_env.panel()->OnEditPresetBtnClicked(QModelIndex());
-        else
-            m_env.panel()->OnDeletePresetBtnClicked(QModelIndex());
-        QCOMPARE(m_tips, QList<Tip>{qMakePair(tip, 2)});
-        QVERIFY(m_asked.isEmpty());
+        m_env.panel()->OnEditPresetBtnClicked(QModelIndex());
+        m_env.panel()->OnDeletePresetBtnClicked(QModelIndex());
+        QCOMPARE(m_tips, (QList<Tip>{qMakePair(QStringLiteral("PleaseSelectAPresetPaIngnBeI"), 2),
+                                     qMakePair(QStringLiteral("PleaseSelectAPresetPrknxDNBA"), 2)}));
+        QVERIFY(m_questions->asked.isEmpty());
     }
     void filterBoxMatchesNamesOnly_data()
     {
@@ -330,10 +291,6 @@ private slots:
     }
 
 private:
-    static zeph_ptz_controller::CPTZStateStorageManager *storage()
-    {
-        return zeph_ptz_controller::CPTZStateStorageManager::Instance();
-    }
     CPresetTableView *view() const { return m_env.child<CPresetTableView>("m_pTreeViewPreset"); }
     QAbstractItemModel *list() const { return view()->model(); }
     QString countText() const { return m_env.child<QLabel>("ptz_preset_label_")->text(); }
@@ -351,12 +308,6 @@ private:
         for (int r = 0; r < list()->rowCount(); ++r)
             result << list()->index(r, 1).data().toString();
         return result;
-    }
-    void reopenStore(const QString &path)
-    {
-        site_store::CSiteStore::InstallCurrent(site_store::CSiteStore::Open(path));
-        m_env.store()->setCurrentUser(kOperator);
-        m_env.manager()->Reload();
     }
     void bind()
     {
@@ -381,8 +332,7 @@ private:
 
     PanelFixture m_env;
     QList<Tip> m_tips;
-    int m_confirmAnswer = CNomalMessageManager::AnswerConfirm;
-    QStringList m_asked;
+    std::optional<QuestionRecorder> m_questions;
 };
 
 QTEST_MAIN(TestPreviewPTZWndPresets)
