@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 SimCameraHarness::SimCameraHarness(const QString &model, const QString &cameraId)
     : clock(ptz_devices::CSimClock::Mode::Manual)
 {
@@ -40,8 +42,5 @@ bool SimCameraHarness::ok(quint64 id)
 
 int SimCameraHarness::answersFor(quint64 id) const
 {
-    int n = 0;
-    for (const auto &r : replies)
-        n += r.requestId == id ? 1 : 0;
-    return n;
+    return int(std::count_if(replies.begin(), replies.end(), [id](const auto &r) { return r.requestId == id; }));
 }

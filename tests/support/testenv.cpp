@@ -33,21 +33,6 @@ void TestEnv::tearDown()
     m_clock = nullptr;
 }
 
-ZephPluginManager::CCameraManager *TestEnv::manager()
-{
-    return ZephPluginManager::CCameraManager::Instance();
-}
-
-ZephPluginManager::CPTZBusinessInterfaceMgr *TestEnv::business()
-{
-    return ZephPluginManager::CPTZBusinessInterfaceMgr::Instance();
-}
-
-site_store::CSiteStore *TestEnv::store()
-{
-    return site_store::CSiteStore::Current();
-}
-
 ptz_devices::CSimulatedCamera *TestEnv::camera(const QString &id) const
 {
     return qobject_cast<ptz_devices::CSimulatedCamera *>(ZephPluginManager::CDriverTestAccess::GetDriver(id));
@@ -74,10 +59,8 @@ void TestEnv::setAbilities(const QString &id, const QList<int> &abilities, bool 
 QList<ptz_devices::DriverOperation> TestEnv::operations(const QString &id) const
 {
     QList<ptz_devices::DriverOperation> ops;
-    if (auto *cam = camera(id)) {
-        const auto log = cam->requestLog();
-        for (const auto &entry : log)
+    if (auto *cam = camera(id))
+        for (const auto &entry : cam->requestLog())
             ops << entry.operation;
-    }
     return ops;
 }

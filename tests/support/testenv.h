@@ -19,9 +19,12 @@ public:
     void setUp();
     void tearDown();
 
-    static ZephPluginManager::CCameraManager *manager();
-    static ZephPluginManager::CPTZBusinessInterfaceMgr *business();
-    static site_store::CSiteStore *store();
+    static ZephPluginManager::CCameraManager *manager() { return ZephPluginManager::CCameraManager::Instance(); }
+    static ZephPluginManager::CPTZBusinessInterfaceMgr *business()
+    {
+        return ZephPluginManager::CPTZBusinessInterfaceMgr::Instance();
+    }
+    static site_store::CSiteStore *store() { return site_store::CSiteStore::Current(); }
 
     ptz_devices::CSimulatedCamera *camera(const QString &id) const;
     ptz_devices::CSimulatedCamera *camera(const char *id) const { return camera(QString::fromLatin1(id)); }
@@ -39,6 +42,5 @@ private:
     mutable std::shared_ptr<zeph_ptz_controller::CUniversalPTZController> m_controller;
 };
 
-// Earlier names of the same environment.
-using PanelTestEnv = TestEnv;
+// The name the controller-level tests use.
 using PtzTestEnv = TestEnv;

@@ -5,7 +5,6 @@
 
 #include "cworkbenchwindow.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 #include <memory>
@@ -24,23 +23,8 @@ public:
     bool switchAway();
     // Cameras of the window's screens that are moving (pan/tilt or zoom).
     QStringList moving() const;
-    // Advances the cameras' clock in steps, letting answers arrive, until `done` holds.
-    template <typename F>
-    bool advanceUntil(F done, int maxMs, int stepMs = 200);
 
 private:
     std::unique_ptr<CWorkbenchWindow> m_window;
     std::unique_ptr<QWidget> m_other;
 };
-
-template <typename F>
-bool WorkbenchFixture::advanceUntil(F done, int maxMs, int stepMs)
-{
-    for (int elapsed = 0; elapsed <= maxMs; elapsed += stepMs) {
-        QCoreApplication::processEvents();
-        if (done())
-            return true;
-        clock()->advance(stepMs);
-    }
-    return false;
-}

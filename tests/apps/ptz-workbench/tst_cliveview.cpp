@@ -35,7 +35,6 @@ private slots:
     {
         QTest::addColumn<double>("zoom");
         QTest::addColumn<QSize>("size");
-        QTest::newRow("wide, four screens") << 1.0 << QSize(280, 200);
         QTest::newRow("wide, tall nine-screen view") << 1.0 << QSize(186, 265);
         QTest::newRow("very tall view") << 1.0 << QSize(120, 600);
         QTest::newRow("zoomed 30x") << 30.0 << QSize(560, 400);
@@ -51,9 +50,7 @@ private slots:
                 status.pan = pan;
                 status.tilt = tilt;
                 const double share = UnpaintedShare(CLiveView::RenderScene(status, size));
-                QVERIFY2(
-                    share < 0.02,
-                    qPrintable(QStringLiteral("pan %1 tilt %2: %3% unpainted").arg(pan).arg(tilt).arg(share * 100)));
+                QVERIFY2(share < 0.02, qPrintable(QStringLiteral("pan %1 tilt %2").arg(pan).arg(tilt)));
             }
         }
     }

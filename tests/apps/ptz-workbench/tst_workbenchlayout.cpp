@@ -13,15 +13,13 @@
 #include <cmath>
 
 namespace {
-double Luminance(const QColor &c)
-{
-    const auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
-    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
-}
-
 double Contrast(const QColor &a, const QColor &b)
 {
-    const double la = Luminance(a), lb = Luminance(b);
+    const auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    const auto luminance = [&](const QColor &c) {
+        return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
+    };
+    const double la = luminance(a), lb = luminance(b);
     return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
 }
 
@@ -69,8 +67,7 @@ private slots:
         window->SetWhiteTheme(white);
         QVERIFY(m_fx.showActive());
         PreviewPTZControl::CPreviewPTZWnd *panel = window->Panel(window->SelectedScreen());
-        const QRect inWindow(panel->mapTo(window, QPoint(0, 0)), panel->size());
-        QVERIFY(window->rect().contains(inWindow));
+        QVERIFY(window->rect().contains(QRect(panel->mapTo(window, QPoint(0, 0)), panel->size())));
         // Side by side, the function buttons start at the top like the pad, with no empty band above.
         if (!stacked) {
             const QString strip = white ? "m_pFrameAppendFun_white_" : "m_pFrameAppendFun";
