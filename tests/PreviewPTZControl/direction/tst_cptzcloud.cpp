@@ -127,7 +127,6 @@ private slots:
         QTest::addColumn<int>("buttonValue");
         QTest::addColumn<QString>("off"); // "sections" 2 and 5, the whole "pad", or nothing
         QTest::newRow("right button") << int(Qt::RightButton) << QString();
-        QTest::newRow("middle button") << int(Qt::MiddleButton) << QString();
         QTest::newRow("sections disabled") << int(Qt::LeftButton) << "sections";
         QTest::newRow("pad disabled") << int(Qt::LeftButton) << "pad";
     }

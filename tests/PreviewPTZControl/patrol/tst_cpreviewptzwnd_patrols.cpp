@@ -146,7 +146,6 @@ private slots:
         QTest::newRow("no preset of the editor's kind")
             << "addVirtual" << QStringLiteral("NoPresetPointIsAvailOJPfSsBC");
         QTest::newRow("delete point without selection") << "deletePoint" << noPoint;
-        QTest::newRow("move point without selection") << "movePoint" << noPoint;
     }
     void refusalsAreTipsAndChangeNothing()
     {
