@@ -58,6 +58,7 @@ private slots:
         QTest::addColumn<Triples>("expected");
         QTest::newRow("valid") << Triples{{1, 5, 20}, {3, 40, 30}} << Triples{{1, 5, 20}, {3, 40, 30}};
         QTest::newRow("preset 0") << Triples{{0, 5, 20}, {3, 40, 30}} << Triples{{3, 40, 30}};
+        QTest::newRow("speed 0") << Triples{{1, 0, 20}, {3, 40, 30}} << Triples{{3, 40, 30}};
         QTest::newRow("dwell 0") << Triples{{1, 5, 0}, {3, 40, 30}} << Triples{{3, 40, 30}};
         // A value the drop-down does not offer falls back to its first entry.
         QTest::newRow("dwell outside the range") << Triples{{1, 5, 99}} << Triples{{1, 5, 15}};
