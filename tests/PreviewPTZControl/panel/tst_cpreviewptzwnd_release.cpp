@@ -253,13 +253,7 @@ private:
     void verifyStandsStill()
     {
         QTRY_COMPARE(stopsSent(), 1);
-        m_env.settle();
-        const auto before = dome()->status();
-        QVERIFY(!before.panTiltMoving && !before.zoomMoving);
-        m_env.clock()->advance(2000);
-        const auto after = dome()->status();
-        QVERIFY(after.pan == before.pan && after.tilt == before.tilt && after.zoom == before.zoom);
-        QVERIFY(after.focus == before.focus && after.iris == before.iris);
+        verifyNothingMoves({kDome}, QStringLiteral("after the release"));
         QCOMPARE(m_failed->count(), 0);
         QCOMPARE(stopsSent(), 1);
     }

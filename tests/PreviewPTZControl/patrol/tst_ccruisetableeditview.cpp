@@ -3,7 +3,6 @@
 #include "patrol/ccruisetableeditmodel.h"
 #include "patrol/ccruisetableeditview.h"
 
-#include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -125,7 +124,6 @@ private slots:
         QFETCH(bool, up);
         QFETCH(int, newRow);
         QFETCH(Triples, after);
-        QAbstractItemModelTester tester(m_view->GetEditModel(), QAbstractItemModelTester::FailureReportingMode::QtTest);
         show(path);
         QSignalSpy spy(m_view, &CCruiseTableEditView::SignalSetPresetControlIconsStatus);
         const QModelIndex index = m_view->GetEditModel()->index(row, 0);

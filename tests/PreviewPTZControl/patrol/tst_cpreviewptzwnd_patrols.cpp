@@ -59,8 +59,9 @@ private slots:
         m_fx.setUp();
         for (int n = 1; n <= 3; ++n) {
             m_fx.dome()->setPosition(40.0 * n, -10.0);
-            presetRequest("SetPreset", n);
+            m_fx.dome()->setPreset(n, QStringLiteral("P%1").arg(n));
         }
+        m_fx.settle();
         m_panel = m_fx.newPanel();
         showList(m_panel);
     }
@@ -145,7 +146,6 @@ private slots:
         QTest::newRow("no preset of the editor's kind")
             << "addVirtual" << QStringLiteral("NoPresetPointIsAvailOJPfSsBC");
         QTest::newRow("delete point without selection") << "deletePoint" << noPoint;
-        QTest::newRow("move point without selection") << "movePoint" << noPoint;
     }
     void refusalsAreTipsAndChangeNothing()
     {
@@ -234,7 +234,8 @@ private slots:
     void deletedPresetStaysInThePath()
     {
         STEP(savePath(1, {{1, 40, 1}, {2, 40, 1}, {3, 40, 1}}));
-        presetRequest("DelPreset", 2);
+        m_fx.dome()->removePreset(2);
+        m_fx.settle();
         showList(m_panel);
         STEP(openSlot(1));
         QCOMPARE(editor()->GetEditModel()->PointCount(), 3);
@@ -304,18 +305,6 @@ private:
     bool configured(int row) const
     {
         return ModelOf(m_panel)->index(row, 1).data(CCruiseTableModel::PatrolConfiguredRole).toBool();
-    }
-    void presetRequest(const char *operation, int number)
-    {
-        ptz_plugin_protocol::PresetControlRequest request;
-        request.operation = operation;
-        request.camera_index_code = kDome.toStdString();
-        request.preset_index = number;
-        request.preset_name = "P" + std::to_string(number);
-        QSignalSpy done(m_fx.controller().get(), &CUniversalPTZController::signalPresetFinished);
-        m_fx.controller()->Preset(request);
-        QTRY_COMPARE(done.count(), 1);
-        QCOMPARE(done.first().at(1).toString(), QString());
     }
     // The list is read again whenever the tab is entered; the editor needs the presets.
     void showList(CPreviewPTZWnd *panel)

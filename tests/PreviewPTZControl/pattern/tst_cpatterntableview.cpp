@@ -3,7 +3,6 @@
 
 #include "quillon/citemdatarole.h"
 
-#include <QAbstractItemModelTester>
 #include <QPixmap>
 #include <QSignalSpy>
 #include <QtTest>
@@ -69,7 +68,6 @@ private slots:
         QFETCH(QString, actions);
 
         CPatternTableModel model(1.0);
-        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         model.InitPatterns(4, true);
         QVERIFY(model.UpdatePatterns(recorded ? QVector<int>{2} : QVector<int>{}));
         model.SetPermissions(mayRecord, mayDelete);

@@ -10,7 +10,6 @@
 #include "zeph_ptz_controller/cvirtualptzcontrollor.h"
 
 #include <QSignalSpy>
-#include <QTabWidget>
 #include <QtTest>
 
 using namespace PreviewPTZControl;
@@ -98,23 +97,6 @@ private slots:
         CPreviewPTZWnd *late = m_fx.newPanel();
         showList(late);
         QVERIFY(ModelOf(late)->IsPlaying(0));
-    }
-    void tabOnlyForCamerasWithPatterns_data()
-    {
-        QTest::addColumn<QString>("camera");
-        QTest::addColumn<bool>("visible");
-        QTest::newRow("speed dome") << kDome << true;
-        QTest::newRow("dome without patterns") << kBasic << false;
-    }
-    void tabOnlyForCamerasWithPatterns()
-    {
-        QFETCH(QString, camera);
-        QFETCH(bool, visible);
-        auto *tabs = child<QTabWidget>(m_panel, "m_pTabWidget");
-        tabs->setCurrentIndex(0);
-        m_panel->SetCamera(QString(), camera, false, false);
-        m_fx.settle();
-        QCOMPARE(tabs->isTabVisible(tabs->indexOf(child<QWidget>(m_panel, "m_pTabPatten"))), visible);
     }
     void deletingAPlayingPatternStopsItFirst_data()
     {
