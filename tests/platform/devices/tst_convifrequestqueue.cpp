@@ -94,17 +94,6 @@ private Q_SLOTS:
         QVERIFY(m_answers.at(1).ok);
     }
 
-    void moveOnTheWireIsNotOvertaken()
-    {
-        const quint64 moving = move(Queue::PanTiltAxis);
-        QTRY_COMPARE(m_sent.size(), 1);
-        const quint64 halt = stop(Queue::PanTiltAxis);
-        QCOMPARE(m_sent.size(), 1); // the stop waits for the move's answer
-        answer(moving);
-        answer(halt);
-        QTRY_COMPARE(answeredIds(), (QVector<quint64>{moving, halt}));
-    }
-
     void answersNeverInsideTheCall()
     {
         m_queue->setMode(Queue::Mode::Refusing, QStringLiteral("the camera cannot be reached"));
@@ -114,17 +103,6 @@ private Q_SLOTS:
         QCOMPARE(m_answers.first().requestId, id);
         QCOMPARE(m_answers.first().error, QStringLiteral("the camera cannot be reached"));
         QVERIFY(m_sent.isEmpty());
-    }
-
-    void holdingSendsOnlyOnceRunning()
-    {
-        m_queue->setMode(Queue::Mode::Holding);
-        const quint64 id = add(DriverOperation::ListPresets);
-        QCoreApplication::processEvents();
-        QVERIFY(m_sent.isEmpty());
-        m_queue->setMode(Queue::Mode::Running);
-        answer(id);
-        QTRY_COMPARE(m_answers.size(), 1);
     }
 
     void silentRequestFailsOnceAndLateAnswerIsDropped()

@@ -80,9 +80,6 @@ private Q_SLOTS:
         QTest::newRow("http") << QStringLiteral("Host requires authentication") << QStringLiteral("not authorized");
         QTest::newRow("no token") << QStringLiteral("ter:InvalidArgVal ter:NoToken")
                                   << QStringLiteral("no such preset");
-        QTest::newRow("busy") << QStringLiteral("Device busy") << QStringLiteral("the camera is busy");
-        QTest::newRow("other") << QStringLiteral("Motor fault")
-                               << QStringLiteral("the camera refused the request: Motor fault");
         QTest::newRow("empty") << QString() << QStringLiteral("the camera refused the request");
     }
     void faultsReadAsSentences()

@@ -1,7 +1,6 @@
 #include "quillon/cguitoolkit.h"
 
 #include <QFile>
-#include <QPixmapCache>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -41,15 +40,6 @@ private slots:
         const QImage img = pm.toImage();
         QCOMPARE(QColor(img.pixel(1, physical.height() / 2)), QColor(255, 0, 0));
         QCOMPARE(QColor(img.pixel(physical.width() - 2, physical.height() / 2)), QColor(0, 0, 255));
-    }
-    void renderingIsCached()
-    {
-        QPixmapCache::clear();
-        const QPixmap a = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 1.25);
-        const QPixmap b = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 1.25);
-        QCOMPARE(a.cacheKey(), b.cacheKey());
-        const QPixmap other = CGUIToolkit::GetPixmapFromSvg(m_svg, QSize(16, 16), 2.0);
-        QVERIFY(other.cacheKey() != a.cacheKey());
     }
     void missingSvgGivesNullPixmap()
     {
