@@ -28,7 +28,7 @@ void COnvifDriver::startConnect()
     m_client->abortAll();
     m_queue->setMode(COnvifRequestQueue::Mode::Holding);
     m_client->setAddress(Service::Device, m_address);
-    // The camera's time comes first, unsigned, so that every signed request carries a time it accepts.
+    // The camera's time comes first (cameras tell it to anyone), so every later token carries a time it accepts.
     connectStep(
         int(Service::Device), ov::body(ov::kDeviceNs, QStringLiteral("GetSystemDateAndTime")),
         [this](const KDSoapMessage &reply) { readClock(reply); }, true);
