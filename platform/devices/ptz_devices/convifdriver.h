@@ -13,6 +13,7 @@
 
 class KDSoapMessage;
 class KDSoapValue;
+class KDSoapValueList;
 class QTimer;
 
 namespace ptz_devices {
@@ -163,6 +164,8 @@ private:
     // Focus and iris through the imaging service (convifdriver_imaging.cpp).
     using Completion = std::function<void(bool, const QString &, const QVariant &)>;
     bool hasIris() const;
+    double irisFraction(double value) const;
+    KDSoapMessage imagingRequest(const QString &operation, const KDSoapValueList &more) const;
     quint64 irisStep(bool internal);
     void setImagingSettings(const KDSoapValue &setting, const Completion &done);
 

@@ -188,10 +188,8 @@ void COnvifDriver::readOptions(const KDSoapMessage &reply)
         connected();
         return;
     }
-    KDSoapValueList args;
-    args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
     connectStep(
-        int(Service::Imaging), ov::body(ov::kImagingNs, QStringLiteral("GetOptions"), args),
+        int(Service::Imaging), imagingRequest(QStringLiteral("GetOptions"), {}),
         [this](const KDSoapMessage &r) { readImagingOptions(r); }, true);
 }
 

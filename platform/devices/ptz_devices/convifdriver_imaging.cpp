@@ -40,10 +40,8 @@ void COnvifDriver::readImagingOptions(const KDSoapMessage &reply)
         connected();
         return;
     }
-    KDSoapValueList args;
-    args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
     connectStep(
-        int(Service::Imaging), ov::body(ov::kImagingNs, QStringLiteral("GetImagingSettings"), args),
+        int(Service::Imaging), imagingRequest(QStringLiteral("GetImagingSettings"), {}),
         [this](const KDSoapMessage &r) { readImagingSettings(r); }, true);
 }
 
@@ -54,7 +52,7 @@ void COnvifDriver::readImagingSettings(const KDSoapMessage &reply)
     const double value = ov::text(iris).toDouble(&ok);
     m_profile.irisValue =
         ok ? std::clamp(value, m_profile.irisMin, m_profile.irisMax) : (m_profile.irisMin + m_profile.irisMax) / 2.0;
-    m_status.iris = (m_profile.irisValue - m_profile.irisMin) / (m_profile.irisMax - m_profile.irisMin);
+    m_status.iris = irisFraction(m_profile.irisValue);
     connected();
 }
 
@@ -63,13 +61,28 @@ bool COnvifDriver::hasIris() const
     return m_profile.irisMax > m_profile.irisMin;
 }
 
+// The iris as the status reports it: 0 closed .. 1 open over the camera's range.
+double COnvifDriver::irisFraction(double value) const
+{
+    return (value - m_profile.irisMin) / (m_profile.irisMax - m_profile.irisMin);
+}
+
+// Every imaging operation names the profile's video source first.
+KDSoapMessage COnvifDriver::imagingRequest(const QString &operation, const KDSoapValueList &more) const
+{
+    KDSoapValueList args;
+    args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
+    for (const KDSoapValue &value : more)
+        args << value;
+    return ov::body(ov::kImagingNs, operation, args);
+}
+
 void COnvifDriver::setImagingSettings(const KDSoapValue &setting, const Completion &done)
 {
     KDSoapValueList args;
-    args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken)
-         << ov::element(ov::kImagingNs, QStringLiteral("ImagingSettings"), KDSoapValueList{} << setting)
+    args << ov::element(ov::kImagingNs, QStringLiteral("ImagingSettings"), KDSoapValueList{} << setting)
          << ov::element(ov::kImagingNs, QStringLiteral("ForcePersistence"), false);
-    soap(int(Service::Imaging), ov::body(ov::kImagingNs, QStringLiteral("SetImagingSettings"), args), done);
+    soap(int(Service::Imaging), imagingRequest(QStringLiteral("SetImagingSettings"), args), done);
 }
 
 quint64 COnvifDriver::focus(int direction, int speed)
@@ -81,14 +94,12 @@ quint64 COnvifDriver::focus(int direction, int speed)
         stop ? 0.0 : ov::velocityFromSpeed(direction, std::clamp(speed, 1, m_caps.maxSpeed), m_caps.maxSpeed, 1.0);
     const auto send = [this, stop, v](const auto &done) {
         KDSoapValueList args;
-        args << ov::element(ov::kImagingNs, QStringLiteral("VideoSourceToken"), m_profile.videoSourceToken);
         if (!stop) {
             const KDSoapValue speedValue = ov::element(ov::kSchemaNs, QStringLiteral("Speed"), v);
             args << ov::element(ov::kImagingNs, QStringLiteral("Focus"),
                                 KDSoapValueList{} << schema(QStringLiteral("Continuous"), {speedValue}));
         }
-        soap(int(Service::Imaging),
-             ov::body(ov::kImagingNs, stop ? QStringLiteral("Stop") : QStringLiteral("Move"), args), done);
+        soap(int(Service::Imaging), imagingRequest(stop ? QStringLiteral("Stop") : QStringLiteral("Move"), args), done);
     };
     return submit(DriverOperation::Focus, direction, Axis::FocusAxis, stop, !stop, send);
 }
@@ -132,10 +143,10 @@ quint64 COnvifDriver::irisStep(bool internal)
                 ov::element(ov::kSchemaNs, QStringLiteral("Mode"), QStringLiteral("MANUAL")),
                 ov::element(ov::kSchemaNs, QStringLiteral("Iris"), target)};
             setImagingSettings(schema(QStringLiteral("Exposure"), exposure),
-                               [this, done, target, range](bool ok, const QString &error, const QVariant &result) {
+                               [this, done, target](bool ok, const QString &error, const QVariant &result) {
                                    if (ok) {
                                        m_profile.irisValue = target;
-                                       m_status.iris = (target - m_profile.irisMin) / range;
+                                       m_status.iris = irisFraction(target);
                                        emit statusChanged(status());
                                    }
                                    done(ok, error, result);
