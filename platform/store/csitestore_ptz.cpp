@@ -248,20 +248,17 @@ std::optional<LockRecord> CSiteStore::lock(const QString &cameraId, const QDateT
 
 std::optional<LockRecord> CSiteStore::readLock(const QString &cameraId) const
 {
-    auto q = d->select(QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks"
-                                      " WHERE camera_id = ?"),
-                       {cameraId});
-    if (!q)
-        return std::nullopt;
-    if (!q->next())
-        return std::nullopt;
-    LockRecord r;
-    r.cameraId = cameraId;
-    r.holder = q->value(0).toString();
-    r.holderLevel = q->value(1).toInt();
-    r.expiresAt = QDateTime::fromMSecsSinceEpoch(q->value(2).toLongLong(), Qt::UTC);
-    r.holderDetail = q->value(3).toString();
-    return r;
+    return d->selectOne(QStringLiteral("SELECT holder, holder_level, expires_at, holder_detail FROM locks"
+                                       " WHERE camera_id = ?"),
+                        {cameraId}, [&cameraId](const QSqlQuery &q) {
+                            LockRecord r;
+                            r.cameraId = cameraId;
+                            r.holder = q.value(0).toString();
+                            r.holderLevel = q.value(1).toInt();
+                            r.expiresAt = QDateTime::fromMSecsSinceEpoch(q.value(2).toLongLong(), Qt::UTC);
+                            r.holderDetail = q.value(3).toString();
+                            return r;
+                        });
 }
 
 bool CSiteStore::setLock(const LockRecord &r)
@@ -290,22 +287,16 @@ bool CSiteStore::clearLock(const QString &cameraId)
 
 QByteArray CSiteStore::deviceState(const QString &cameraId, const QString &key) const
 {
-    auto q =
-        d->select(QStringLiteral("SELECT json FROM device_state WHERE camera_id = ? AND key = ?"), {cameraId, key});
-    if (!q)
-        return {};
-    return q->next() ? q->value(0).toString().toUtf8() : QByteArray();
+    return d
+        ->selectOne(QStringLiteral("SELECT json FROM device_state WHERE camera_id = ? AND key = ?"), {cameraId, key},
+                    [](const QSqlQuery &q) { return q.value(0).toString().toUtf8(); })
+        .value_or(QByteArray());
 }
 
 QStringList CSiteStore::deviceStateKeys(const QString &cameraId) const
 {
-    QStringList out;
-    auto q = d->select(QStringLiteral("SELECT key FROM device_state WHERE camera_id = ? ORDER BY key"), {cameraId});
-    if (!q)
-        return out;
-    while (q->next())
-        out << q->value(0).toString();
-    return out;
+    return d->selectAll(QStringLiteral("SELECT key FROM device_state WHERE camera_id = ? ORDER BY key"), {cameraId},
+                        [](const QSqlQuery &q) { return q.value(0).toString(); });
 }
 
 bool CSiteStore::setDeviceState(const QString &cameraId, const QString &key, const QByteArray &json)

@@ -48,6 +48,11 @@ CameraRecord cameraFromQuery(const QSqlQuery &q)
     return c;
 }
 
+UserRecord userFromQuery(const QSqlQuery &q)
+{
+    return UserRecord{q.value(0).toString(), q.value(1).toInt()};
+}
+
 } // namespace
 
 // ---------------------------------------------------------------- cameras
@@ -115,13 +120,7 @@ bool CSiteStore::removeCamera(const QString &id)
 
 QList<UserRecord> CSiteStore::users() const
 {
-    QList<UserRecord> out;
-    auto q = d->select(QStringLiteral("SELECT name, ptz_level FROM users ORDER BY name"), {});
-    if (!q)
-        return out;
-    while (q->next())
-        out << UserRecord{q->value(0).toString(), q->value(1).toInt()};
-    return out;
+    return d->selectAll(QStringLiteral("SELECT name, ptz_level FROM users ORDER BY name"), {}, userFromQuery);
 }
 
 std::optional<UserRecord> CSiteStore::user(const QString &name) const
@@ -139,12 +138,7 @@ std::optional<UserRecord> CSiteStore::user(const QString &name) const
 
 std::optional<UserRecord> CSiteStore::readUser(const QString &name) const
 {
-    auto q = d->select(QStringLiteral("SELECT name, ptz_level FROM users WHERE name = ?"), {name});
-    if (!q)
-        return std::nullopt;
-    if (!q->next())
-        return std::nullopt;
-    return UserRecord{q->value(0).toString(), q->value(1).toInt()};
+    return d->selectOne(QStringLiteral("SELECT name, ptz_level FROM users WHERE name = ?"), {name}, userFromQuery);
 }
 
 bool CSiteStore::upsertUser(const UserRecord &u)
@@ -173,15 +167,11 @@ bool CSiteStore::removeUser(const QString &name)
 
 QList<PermissionRecord> CSiteStore::permissions(const QString &user) const
 {
-    QList<PermissionRecord> out;
-    auto q = d->select(QStringLiteral("SELECT user, camera_id, item FROM permissions WHERE user = ?"
-                                      " ORDER BY camera_id, item"),
-                       {user});
-    if (!q)
-        return out;
-    while (q->next())
-        out << PermissionRecord{q->value(0).toString(), q->value(1).toString(), q->value(2).toInt()};
-    return out;
+    return d->selectAll(QStringLiteral("SELECT user, camera_id, item FROM permissions WHERE user = ?"
+                                       " ORDER BY camera_id, item"),
+                        {user}, [](const QSqlQuery &q) {
+                            return PermissionRecord{q.value(0).toString(), q.value(1).toString(), q.value(2).toInt()};
+                        });
 }
 
 bool CSiteStore::grantPermission(const QString &user, const QString &cameraId, int item)
@@ -258,10 +248,8 @@ QString CSiteStore::setting(const QString &key, const QString &defaultValue) con
 
 std::optional<QString> CSiteStore::readSetting(const QString &key) const
 {
-    auto q = d->select(QStringLiteral("SELECT value FROM settings WHERE key = ?"), {key});
-    if (!q)
-        return std::nullopt;
-    return q->next() ? std::optional<QString>(q->value(0).toString()) : std::nullopt;
+    return d->selectOne(QStringLiteral("SELECT value FROM settings WHERE key = ?"), {key},
+                        [](const QSqlQuery &q) { return q.value(0).toString(); });
 }
 
 bool CSiteStore::boolSetting(const QString &key, bool defaultValue) const
