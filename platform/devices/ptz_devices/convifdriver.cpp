@@ -103,9 +103,8 @@ DeviceStatus COnvifDriver::status() const
     return s;
 }
 
-quint64
-COnvifDriver::submit(DriverOperation operation, int number, int axes, bool isStop, bool isMove,
-                     std::function<void(const std::function<void(bool, const QString &, const QVariant &)> &)> send)
+quint64 COnvifDriver::submit(DriverOperation operation, int number, int axes, bool isStop, bool isMove,
+                             std::function<void(const Completion &)> send)
 {
     COnvifRequestQueue::Entry entry;
     entry.id = m_nextId++;
@@ -126,8 +125,7 @@ quint64 COnvifDriver::unsupported(DriverOperation operation, int number)
                   [](const auto &done) { done(false, tr("this camera does not offer that function"), QVariant()); });
 }
 
-void COnvifDriver::soap(int service, const KDSoapMessage &request,
-                        const std::function<void(bool, const QString &, const QVariant &)> &done,
+void COnvifDriver::soap(int service, const KDSoapMessage &request, const Completion &done,
                         const std::function<QVariant(const KDSoapMessage &)> &parse)
 {
     const quint64 generation = m_connectGeneration;

@@ -117,13 +117,14 @@ private:
         bool autoFocus = false; // one-key focus: the camera can switch to automatic focus
     };
     using Step = std::function<void(const KDSoapMessage &reply)>;
+    // Answers a queued request: ok, or a readable error, and the result.
+    using Completion = std::function<void(bool, const QString &, const QVariant &)>;
 
     // Queue plumbing (convifdriver.cpp).
     quint64 submit(DriverOperation operation, int number, int axes, bool isStop, bool isMove,
-                   std::function<void(const std::function<void(bool, const QString &, const QVariant &)> &)> send);
+                   std::function<void(const Completion &)> send);
     quint64 unsupported(DriverOperation operation, int number = 0);
-    void soap(int service, const KDSoapMessage &request,
-              const std::function<void(bool, const QString &, const QVariant &)> &done,
+    void soap(int service, const KDSoapMessage &request, const Completion &done,
               const std::function<QVariant(const KDSoapMessage &)> &parse = {});
 
     // Connection (convifdriver_connection.cpp).
@@ -162,7 +163,6 @@ private:
     QVariant readStatus(const KDSoapMessage &reply);
 
     // Focus and iris through the imaging service (convifdriver_imaging.cpp).
-    using Completion = std::function<void(bool, const QString &, const QVariant &)>;
     bool hasIris() const;
     double irisFraction(double value) const;
     KDSoapMessage imagingRequest(const QString &operation, const KDSoapValueList &more) const;

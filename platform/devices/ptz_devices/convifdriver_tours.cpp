@@ -11,7 +11,6 @@ namespace ptz_devices {
 
 namespace ov = onvif;
 using Service = COnvifClient::Service;
-using Completion = COnvifRequestQueue::Completion;
 
 namespace {
 
